@@ -1,0 +1,36 @@
+# speech_options: what every target of ours is compiled with.
+
+add_library(speech_options INTERFACE)
+target_compile_features(speech_options INTERFACE cxx_std_20)
+target_include_directories(speech_options INTERFACE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
+
+if(MSVC)
+  target_compile_options(speech_options INTERFACE /W4 /WX /permissive- /utf-8 /arch:SSE2)
+else()
+  target_compile_options(speech_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
+endif()
+
+if(WIN32)
+  target_compile_definitions(speech_options INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
+endif()
+
+if(SPEECH_HARDENED)
+  # Trap mode needs no run-time library, which mingw does not have.
+  target_compile_definitions(speech_options INTERFACE _GLIBCXX_ASSERTIONS)
+  target_compile_options(speech_options INTERFACE
+    -fstack-protector-strong -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+  target_link_options(speech_options INTERFACE -fstack-protector-strong)
+endif()
+
+if(SPEECH_SANITIZE)
+  target_compile_options(speech_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(speech_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(SPEECH_FUZZ)
+  target_compile_options(speech_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(speech_options INTERFACE -fsanitize=address,undefined)
+endif()

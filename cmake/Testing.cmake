@@ -1,0 +1,17 @@
+# speech_add_test(NAME SOURCES... LIBRARIES... [WRAPPER command...] [TIMEOUT seconds])
+#
+# One GoogleTest program, registered as one CTest test: under Wine a process costs far more than a test case.
+# WRAPPER is a command that is put in front of the program (a sound server of its own, a display).
+
+find_package(GTest REQUIRED)
+
+function(speech_add_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES;WRAPPER")
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE speech_options ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${arg_WRAPPER} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${name}> --gtest_brief=1)
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 120)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+endfunction()
