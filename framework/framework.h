@@ -1,0 +1,17 @@
+#pragma once
+
+// The application framework's classes that the interface speaks in. With MSVC they are MFC's own; other
+// compilers get small classes of the same names that behave alike for what is used here.
+
+#ifdef _MSC_VER
+#include <afxcoll.h>
+#include <afxsock.h>
+#include <afxtempl.h>
+#include <afxwin.h>
+#else
+#include "framework/application.h"
+#include "framework/exception.h"
+#include "framework/pointer_list.h"
+#include "framework/string.h"
+#include "framework/string_array.h"
+#endif

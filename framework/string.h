@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <cwchar>
+#include <string>
+#include <utility>
+
+/// A growable string that a pointer to its characters can be taken from anywhere. Positions and lengths are
+/// in characters; -1 is "not found".
+template <class Char>
+class CStringT {
+ public:
+  CStringT() = default;
+  CStringT(const Char* text)
+      : text_(text != nullptr ? text : emptyText()) {}  // NOLINT(google-explicit-constructor)
+  CStringT(const Char* text, int length) : text_(text, static_cast<std::size_t>(length)) {}
+
+  operator const Char*() const { return text_.c_str(); }  // NOLINT(google-explicit-constructor)
+  const Char* GetString() const { return text_.c_str(); }
+  int GetLength() const { return static_cast<int>(text_.size()); }
+  bool IsEmpty() const { return text_.empty(); }
+  void Empty() { text_.clear(); }
+
+  Char GetAt(int index) const { return text_.at(static_cast<std::size_t>(index)); }
+  void SetAt(int index, Char value) { text_.at(static_cast<std::size_t>(index)) = value; }
+
+  int Compare(const Char* other) const { return text_.compare(other); }
+  int CompareNoCase(const Char* other) const {
+    if constexpr (sizeof(Char) == 1) {
+      return _stricmp(text_.c_str(), other);
+    } else {
+      return _wcsicmp(text_.c_str(), other);
+    }
+  }
+
+  int Find(Char wanted, int start = 0) const {
+    return place(text_.find(wanted, static_cast<std::size_t>(start)));
+  }
+  int Find(const Char* wanted, int start = 0) const {
+    return place(text_.find(wanted, static_cast<std::size_t>(start)));
+  }
+  int ReverseFind(Char wanted) const { return place(text_.rfind(wanted)); }
+
+  CStringT Left(int count) const { return CStringT(text_.substr(0, static_cast<std::size_t>(count))); }
+  CStringT Mid(int first) const { return CStringT(text_.substr(static_cast<std::size_t>(first))); }
+  CStringT Mid(int first, int count) const {
+    return CStringT(text_.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count)));
+  }
+
+  /// Replaces every occurrence and returns how many there were.
+  int Replace(const Char* wanted, const Char* replacement) {
+    const std::basic_string<Char> from(wanted), to(replacement);
+    if (from.empty()) return 0;
+    int count = 0;
+    for (auto at = text_.find(from); at != text_.npos; at = text_.find(from, at + to.size())) {
+      text_.replace(at, from.size(), to);
+      ++count;
+    }
+    return count;
+  }
+
+  CStringT& MakeLower() {
+    if constexpr (sizeof(Char) == 1) {
+      _strlwr(text_.data());
+    } else {
+      _wcslwr(text_.data());
+    }
+    return *this;
+  }
+
+  /// Formats as printf does. "%s" is text of this string's own width, "%S" of the other.
+  void Format(const Char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    FormatV(format, arguments);
+    va_end(arguments);
+  }
+
+  void FormatV(const Char* format, std::va_list arguments) {
+    std::va_list counted;
+    va_copy(counted, arguments);
+    int length = 0;
+    if constexpr (sizeof(Char) == 1) {
+      length = _vscprintf(format, counted);
+    } else {
+      length = _vscwprintf(format, counted);
+    }
+    va_end(counted);
+    std::basic_string<Char> formatted(length > 0 ? static_cast<std::size_t>(length) : 0, Char{});
+    if (length > 0) {
+      if constexpr (sizeof(Char) == 1) {
+        _vsnprintf(formatted.data(), formatted.size(), format, arguments);
+      } else {
+        _vsnwprintf(formatted.data(), formatted.size(), format, arguments);
+      }
+    }
+    text_ = std::move(formatted);
+  }
+
+  CStringT& operator+=(const Char* more) {
+    text_ += more;
+    return *this;
+  }
+  CStringT& operator+=(Char more) {
+    text_ += more;
+    return *this;
+  }
+
+  friend CStringT operator+(CStringT left, const CStringT& right) { return left += right.GetString(); }
+  friend CStringT operator+(CStringT left, const Char* right) { return left += right; }
+  friend CStringT operator+(const Char* left, const CStringT& right) {
+    return CStringT(left) += right.GetString();
+  }
+  friend bool operator==(const CStringT& left, const CStringT& right) { return left.text_ == right.text_; }
+  friend bool operator==(const CStringT& left, const Char* right) { return left.text_ == right; }
+  friend bool operator<(const CStringT& left, const CStringT& right) { return left.text_ < right.text_; }
+
+ private:
+  explicit CStringT(std::basic_string<Char> text) : text_(std::move(text)) {}
+
+  static const Char* emptyText() {
+    static const Char empty = 0;
+    return &empty;
+  }
+  static int place(std::size_t found) {
+    return found == std::basic_string<Char>::npos ? -1 : static_cast<int>(found);
+  }
+
+  std::basic_string<Char> text_;
+};
+
+using CStringW = CStringT<wchar_t>;
+using CStringA = CStringT<char>;

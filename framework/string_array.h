@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "framework/exception.h"
+#include "framework/string.h"
+
+/// A growable array of wide strings. An index out of range throws a CInvalidArgException.
+class CStringArray {
+ public:
+  std::intptr_t GetSize() const { return static_cast<std::intptr_t>(items_.size()); }
+  std::intptr_t GetCount() const { return GetSize(); }
+  bool IsEmpty() const { return items_.empty(); }
+
+  const CStringW& GetAt(std::intptr_t index) const {
+    if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
+    return items_[static_cast<std::size_t>(index)];
+  }
+  const CStringW& operator[](std::intptr_t index) const { return GetAt(index); }
+
+  /// Appends a copy and returns its index.
+  std::intptr_t Add(const wchar_t* item) {
+    items_.emplace_back(item);
+    return GetSize() - 1;
+  }
+  void RemoveAll() { items_.clear(); }
+
+ private:
+  std::vector<CStringW> items_;
+};

@@ -1,0 +1,250 @@
+#pragma once
+
+// The engine library's interface: what liblxapi.dll exports.
+//
+// An engine library enumerates installed synthesis engines, speaks text to a sound device, to a file or to
+// memory, and reports progress through an event procedure. Anybody can supply one: implement every function
+// below, name the DLL liblxapi.dll and put it beside speech.dll.
+//
+//   LXAPI_Init();
+//   uint32_t engine = LXAPI_GetEngine("English (America)", "M");
+//   uint32_t tts = LXAPI_CreateHandle();
+//   LXAPI_SetEngineHandle(tts, engine);
+//   LXAPI_LoadEngine(engine);
+//   LXAPI_Speak(tts, "Hello, world.", -1, LX_SPEAK_ASYNC);
+//   ...
+//   LXAPI_Exit();
+//
+// Handles are 32-bit numbers, 0 is no handle. Results are 32-bit, LX_OK (0) means success, a negative value
+// is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says UTF-8. Every
+// function may be called from any thread; calls on one synthesis handle are serialised by the library.
+
+#include <stdint.h>
+#include <wchar.h>
+
+#ifdef _WIN32
+#define LXAPI_CALL __stdcall
+#define LXAPI_CDECL __cdecl
+#else
+#define LXAPI_CALL
+#define LXAPI_CDECL
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Results. Any other negative value of a foreign engine library is an error without a name here.
+enum LxResult {
+  LX_OK = 0,
+  LX_ERROR_FAILED = -1,             ///< No better code fits.
+  LX_ERROR_BAD_HANDLE = -2,         ///< The handle is 0, unknown, or of the other kind.
+  LX_ERROR_BAD_ARGUMENT = -3,       ///< A null pointer or a number out of range.
+  LX_ERROR_BAD_TEXT = -4,           ///< Malformed UTF-8.
+  LX_ERROR_NOT_LOADED = -5,         ///< No engine is bound, or it is not loaded.
+  LX_ERROR_BUSY = -6,               ///< The handle is already speaking.
+  LX_ERROR_UNKNOWN_ATTRIBUTE = -7,  ///< No such attribute, information number or internal function.
+  LX_ERROR_UNSUPPORTED = -8,        ///< The file code is not served; nothing was written.
+  LX_ERROR_FILE = -9,               ///< A file could not be opened, read or written.
+  LX_ERROR_DEVICE = -10,            ///< The sound device could not be opened.
+  LX_ERROR_MEMORY = -11,            ///< Out of memory.
+  LX_ERROR_NOT_STARTED = -12        ///< LXAPI_Init has not been called.
+};
+
+/// Flags of the speak calls.
+enum LxSpeakFlag {
+  LX_SPEAK_ASYNC = 2,  ///< Return as soon as the text is accepted. Always the behaviour; hosts pass it.
+  LX_SPEAK_SSML = 128  ///< The text is an SSML document.
+};
+
+/// Attributes of a synthesis handle (LXAPI_SetAttr) and of an engine (LXAPI_SetEngineAttr).
+enum LxAttribute {
+  LX_ATTR_PITCH = 0,           ///< Synthesis: 100 is the voice's own pitch.
+  LX_ATTR_SPEED = 1,           ///< Synthesis: 100 is the voice's own speed.
+  LX_ATTR_VOLUME = 2,          ///< Synthesis: 100 is normal.
+  LX_ATTR_SENTENCE_PAUSE = 3,  ///< Synthesis: pause at a sentence end, in milliseconds.
+  LX_ATTR_LEXICON = 4,         ///< Synthesis: 0.
+  LX_ATTR_COMMA_PAUSE = 5,     ///< Engine: pause at a comma, in milliseconds.
+  LX_ATTR_RESERVED = 6         ///< Synthesis: 0.
+};
+
+/// Events; their values are the bits of LXAPI_SetEvent's mask.
+enum LxEventNumber {
+  LX_EVENT_BOOKMARK = 1,         ///< An SSML mark was reached; `name` holds its name.
+  LX_EVENT_END = 2,              ///< The speech ran to its end. Not raised after LXAPI_Stop.
+  LX_EVENT_BOOKMARK_PHRASE = 8,  ///< A bookmark of an engine that raises them by phrase.
+  LX_EVENT_WORD = 16,     ///< A word is heard: `word1` its offset, `word2` its length, in UTF-16 units.
+  LX_EVENT_SENTENCE = 32  ///< A sentence is heard; words as for LX_EVENT_WORD.
+};
+
+/// File codes of LXAPI_SetOutputFile. The bundled engine library refuses those that it marks so.
+enum LxFileCode {
+  LX_FILE_PCM = 0,     ///< 16-bit mono samples without a header, at the engine's rate.
+  LX_FILE_CODE_3 = 3,  ///< An engine's own compressed format; refused by the bundled library.
+  LX_FILE_WAV = 5,     ///< A WAV file of 16-bit mono samples at the engine's rate.
+  LX_FILE_ALAW = 6,    ///< A WAV file, A-law.
+  LX_FILE_MULAW = 7,   ///< A WAV file, mu-law.
+  LX_FILE_CODE_8 = 8   ///< An engine's own compressed format; refused by the bundled library.
+};
+
+/// Information numbers of the internal function "LX_GetTTSInfo".
+enum LxInformation {
+  LX_INFO_PITCH_MAXIMUM = 11,
+  LX_INFO_PITCH_DEFAULT = 12,
+  LX_INFO_PITCH_MINIMUM = 13,
+  LX_INFO_SPEED_MAXIMUM = 14,
+  LX_INFO_SPEED_DEFAULT = 15,
+  LX_INFO_SPEED_MINIMUM = 16,
+  LX_INFO_VOLUME_MAXIMUM = 17,
+  LX_INFO_VOLUME_DEFAULT = 18,
+  LX_INFO_VOLUME_MINIMUM = 19,
+  LX_INFO_PAUSE_MAXIMUM = 20,
+  LX_INFO_PAUSE_DEFAULT = 21,
+  LX_INFO_PAUSE_MINIMUM = 22,
+  LX_INFO_COMMA_PAUSE_MAXIMUM = 24,
+  LX_INFO_COMMA_PAUSE_DEFAULT = 25,
+  LX_INFO_COMMA_PAUSE_MINIMUM = 26
+};
+
+/// What an engine says of itself. Texts are zero-terminated.
+typedef struct LXTTSINFO {
+  wchar_t name[128];
+  wchar_t version[32];
+  wchar_t text1[128];   ///< Free text shown to users, for instance the maker.
+  wchar_t text2[128];   ///< Free text shown to users, for instance the licence.
+  wchar_t folder[260];  ///< The engine's installation folder, without a trailing backslash.
+} LXTTSINFO;
+
+/// Where LXAPI_Speak plays.
+typedef struct LXAUDIOOUT {
+  int32_t kind;           ///< Always 1: a sound device.
+  int32_t bitsPerSample;  ///< Always 16.
+  int32_t sampleRateHz;
+  int32_t device;  ///< Device number from 0, or -1 for the system's default device.
+} LXAUDIOOUT;
+
+/// An event as the event procedure receives it: 288 bytes, owned by the library for the duration of the call.
+typedef struct LXEVENT {
+  uint32_t reserved;
+  uint32_t word1;
+  uint32_t word2;
+  char name[276];  ///< Bookmark name, UTF-8, zero-terminated.
+} LXEVENT;
+
+/// Receives events, on a thread of the library's own.
+typedef void(LXAPI_CALL* LXEVENTPROC)(uint32_t tts, int32_t event, const LXEVENT* record);
+
+/// Starts the library. Counts: every LXAPI_Init wants its LXAPI_Exit.
+int32_t LXAPI_CALL LXAPI_Init(void);
+
+/// Ends the library: stops every speech and releases every handle and text.
+int32_t LXAPI_CALL LXAPI_Exit(void);
+
+/// The first installed engine's cursor, or 0 when none is installed.
+uint32_t LXAPI_CALL LXAPI_GetFirstInstalledEngine(void);
+
+/// The cursor behind `cursor`, or 0 at the end.
+uint32_t LXAPI_CALL LXAPI_GetNextInstalledEngine(uint32_t cursor);
+
+/// Describes an installed engine. Every pointer is optional. Texts belong to the library and live until
+/// LXAPI_Exit.
+/// @param key1,key2      the pair that names the engine to LXAPI_GetEngine
+/// @param engineNumber   the engine's place in the enumeration, from 0
+/// @param text3,text4,text5,text7  free texts
+/// @param gender         "F", "M" or empty
+/// @param sampleRateHz   rate of the samples that the engine makes
+/// @param number9        free number
+/// @param language       language code in the form "en-US"
+/// @param engineType     names the kind of engine; "skyvo" is a voice of the cloud service
+int32_t LXAPI_CALL LXAPI_GetEngineInfoFieldEx2(uint32_t cursor, const wchar_t** key1, const wchar_t** key2,
+                                               int32_t* engineNumber, const wchar_t** text3,
+                                               const wchar_t** text4, const wchar_t** text5,
+                                               const wchar_t** gender, const wchar_t** text7,
+                                               int32_t* sampleRateHz, int32_t* number9,
+                                               const wchar_t** language, const wchar_t** engineType);
+
+/// A new synthesis handle, or 0. Lives until LXAPI_Exit.
+uint32_t LXAPI_CALL LXAPI_CreateHandle(void);
+
+/// The engine that the two keys name (compared without regard to case), or 0. Lives until LXAPI_Exit.
+uint32_t LXAPI_CALL LXAPI_GetEngine(const char* key1, const char* key2);
+
+/// Fills `info` with what the engine says of itself.
+int32_t LXAPI_CALL LXAPI_GetTTSInfo(uint32_t engine, LXTTSINFO* info);
+
+/// Binds an engine to a synthesis handle.
+int32_t LXAPI_CALL LXAPI_SetEngineHandle(uint32_t tts, uint32_t engine);
+
+/// Loads or unloads an engine. A loaded engine can be loaded again; unloading one that is not loaded is
+/// LX_ERROR_NOT_LOADED.
+int32_t LXAPI_CALL LXAPI_LoadEngine(uint32_t engine);
+int32_t LXAPI_CALL LXAPI_UnloadEngine(uint32_t engine);
+
+/// Sets an attribute (LxAttribute) of a synthesis handle or of an engine. Values out of range are brought
+/// into it.
+int32_t LXAPI_CALL LXAPI_SetAttr(uint32_t tts, int32_t attribute, int32_t value);
+int32_t LXAPI_CALL LXAPI_SetEngineAttr(uint32_t engine, int32_t attribute, int32_t value);
+
+/// Chooses the sound device for the next LXAPI_Speak.
+int32_t LXAPI_CALL LXAPI_SetOutputAudio(uint32_t tts, LXAUDIOOUT output);
+
+/// Registers the event procedure (null for none) for the events whose bits are in `mask`.
+int32_t LXAPI_CALL LXAPI_SetEvent(uint32_t tts, LXEVENTPROC procedure, int32_t mask);
+
+/// Speaks UTF-8 text; returns once the text is accepted.
+/// @param length  in bytes, or -1 when the text is zero-terminated
+/// @param flags   LxSpeakFlag
+/// @return LX_OK, or LX_ERROR_BUSY while the handle is speaking, or another error
+int32_t LXAPI_CALL LXAPI_Speak(uint32_t tts, const char* utf8, int32_t length, int32_t flags);
+
+/// As LXAPI_Speak. @param reserved  -1
+int32_t LXAPI_CALL LXAPI_SynthesizeAsync(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
+                                         int32_t reserved);
+
+/// Silences at once and forgets the rest of the text. LX_OK when nothing was spoken.
+int32_t LXAPI_CALL LXAPI_Stop(uint32_t tts);
+
+/// Halts and continues playback. LX_OK when nothing is spoken.
+int32_t LXAPI_CALL LXAPI_Pause(uint32_t tts);
+int32_t LXAPI_CALL LXAPI_Resume(uint32_t tts);
+
+/// Names the file for the next LXAPI_TextToFile. @param fileCode  LxFileCode
+int32_t LXAPI_CALL LXAPI_SetOutputFile(uint32_t tts, const char* path, int32_t fileCode);
+
+/// Synthesizes UTF-8 text into the file of LXAPI_SetOutputFile; returns when the file is complete.
+int32_t LXAPI_CALL LXAPI_TextToFile(uint32_t tts, const char* utf8, int32_t length, int32_t flags);
+
+/// Synthesis to memory: SetOutputBuffer (second argument 0), BufferOpen (last argument 0) renders the whole
+/// text, GetBuffer stores a pointer to 16-bit mono samples at the engine's rate and returns their size in
+/// bytes (negative: an error), FreeBuffer releases them, BufferClose ends it.
+int32_t LXAPI_CALL LXAPI_SetOutputBuffer(uint32_t tts, int32_t reserved);
+int32_t LXAPI_CALL LXAPI_BufferOpen(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
+                                    int32_t reserved);
+int32_t LXAPI_CALL LXAPI_GetBuffer(uint32_t tts, void** buffer);
+int32_t LXAPI_CALL LXAPI_FreeBuffer(void* buffer);
+int32_t LXAPI_CALL LXAPI_BufferClose(uint32_t tts);
+
+/// Loads a user dictionary (CSV file) under a number, or unloads that number.
+int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t number, const char* path);
+int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number);
+
+/// Opens a lexicon (0 on failure) and attaches it to a synthesis handle.
+uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path);
+int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
+
+/// Calls a function of the engine by its name.
+/// @param result  receives the function's number, untouched when it has none; may be null where it has none
+/// @param text    receives the function's text (a buffer of 1000 bytes); may be null where it has none
+/// @param word    receives the function's pointer-sized value; may be null where it has none
+/// @param count   how many pointer-sized arguments follow
+/// @return LX_OK, or LX_ERROR_UNKNOWN_ATTRIBUTE for a name that the engine does not know
+///
+/// "LX_GetTTSInfo" takes an information number (LxInformation) and writes the answer through `result`.
+int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, int32_t* result, char* text,
+                                             void* word, int32_t count, ...);
+
+#ifdef __cplusplus
+}  // extern "C"
+
+static_assert(sizeof(LXEVENT) == 288, "the event record's size is part of the interface");
+#endif
