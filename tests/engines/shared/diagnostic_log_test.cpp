@@ -1,0 +1,132 @@
+#include "engines/shared/diagnostic_log.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <share.h>
+
+#include <windows.h>
+
+#include <cstdio>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "engines/shared/directory_path.h"
+#include "tests/support/file_content.h"
+#include "tests/support/temporary_folder.h"
+
+namespace speech {
+namespace {
+
+using test::readFile;
+using test::TemporaryFolder;
+using ::testing::EndsWith;
+using ::testing::MatchesRegex;
+
+std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) files.push_back(entry.path());
+  return files;
+}
+
+/// The one log file below a base folder.
+std::filesystem::path logFile(const TemporaryFolder& base) {
+  const auto files = filesIn(base / "log");
+  EXPECT_EQ(files.size(), 1u);
+  return files.at(0);
+}
+
+class DiagnosticLog : public ::testing::Test {
+ protected:
+  ~DiagnosticLog() override { setFreeBytesQuestion(nullptr); }
+  TemporaryFolder folder_;
+  std::string base_ = folder_.path().string();
+};
+
+TEST_F(DiagnosticLog, WritesALinePerCallIntoAFileOfTheDay) {
+  SYSTEMTIME today;
+  GetLocalTime(&today);
+  ASSERT_EQ(writeLog(base_.c_str(), "%s", "first"), 1);
+  ASSERT_EQ(writeLog(base_.c_str(), "number %d", 2), 1);
+
+  char name[32];
+  std::snprintf(name, sizeof name, "%04d-%02d-%02d.log", today.wYear, today.wMonth, today.wDay);
+  EXPECT_EQ(logFile(folder_).filename().string(), name);
+  const std::regex lines(
+      R"(\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|first\n\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|number 2\n)");
+  EXPECT_TRUE(std::regex_match(readFile(logFile(folder_)), lines)) << readFile(logFile(folder_));
+}
+
+TEST_F(DiagnosticLog, KeepsPercentSignsOfAMessage) {
+  ASSERT_EQ(writeLog(base_.c_str(), "%s", "C:\\100%\\%s%n.wav"), 1);
+  EXPECT_THAT(readFile(logFile(folder_)), EndsWith("|C:\\100%\\%s%n.wav\n"));
+}
+
+TEST_F(DiagnosticLog, CutsAnOverlongMessageAndStillEndsTheLine) {
+  ASSERT_EQ(writeLog(base_.c_str(), "%s", std::string(5000, 'x').c_str()), 1);
+  const std::string line = readFile(logFile(folder_));
+  EXPECT_EQ(line.size(), 1023u);
+  EXPECT_THAT(line, EndsWith("xxx\n"));
+}
+
+TEST_F(DiagnosticLog, MakesAMissingBaseFolder) {
+  const std::string nested = base_ + "\\a\\b";
+  EXPECT_EQ(writeLog(nested.c_str(), "%s", "x"), 1);
+  EXPECT_EQ(filesIn(nested + "\\log").size(), 1u);
+}
+
+TEST_F(DiagnosticLog, RefusesWhenExactlyTheReserveAndTheTwoTextsAreLeft) {
+  static uint64_t left;
+  setFreeBytesQuestion([](const char*) { return left; });
+  constexpr uint64_t kStampLength = 25;
+  left = 10'240'000 + kStampLength + 5;
+  EXPECT_EQ(writeLog(base_.c_str(), "%s", "12345"), 0);
+  EXPECT_TRUE(filesIn(folder_ / "log").empty());
+  ++left;
+  EXPECT_EQ(writeLog(base_.c_str(), "%s", "12345"), 1);
+}
+
+TEST_F(DiagnosticLog, YieldsToAnotherWriter) {
+  ASSERT_EQ(writeLog(base_.c_str(), "%s", "before"), 1);
+  std::FILE* const other = _wfsopen(logFile(folder_).c_str(), L"ab", _SH_DENYWR);
+  ASSERT_NE(other, nullptr);
+  EXPECT_EQ(writeLog(base_.c_str(), "%s", "lost"), 0);
+  std::fclose(other);
+  EXPECT_EQ(writeLog(base_.c_str(), "%s", "after"), 1);
+  EXPECT_EQ(readFile(logFile(folder_)).find("lost"), std::string::npos);
+}
+
+TEST_F(DiagnosticLog, ReportsAFolderThatCannotBeMade) {
+  test::writeFile(folder_ / "file", "");
+  EXPECT_EQ(writeLog((base_ + "\\file").c_str(), "%s", "x"), 0);
+}
+
+TEST(DirectoryPath, IsMadeElementByElementWithEitherSeparator) {
+  const TemporaryFolder folder;
+  const std::string base = folder.path().string();
+  EXPECT_TRUE(makeDirectoryPath((base + "\\a/b\\c\\").c_str()));
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "a" / "b" / "c"));
+  EXPECT_TRUE(makeDirectoryPath((base + "\\a/b\\c").c_str())) << "all there already";
+
+  test::writeFile(folder / "file", "");
+  EXPECT_FALSE(makeDirectoryPath((base + "\\file\\x").c_str()));
+}
+
+TEST(DirectoryPath, OfOneElementIsMadeInTheCurrentFolder) {
+  const TemporaryFolder folder;
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());
+  EXPECT_TRUE(makeDirectoryPath("single"));
+  EXPECT_TRUE(makeDirectoryPath("outer/inner"));
+  std::filesystem::current_path(before);
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "single"));
+  EXPECT_TRUE(std::filesystem::is_directory(folder / "outer" / "inner"));
+}
+
+TEST(DirectoryPath, IsRefusedWhenItNamesNoFolder) {
+  EXPECT_FALSE(makeDirectoryPath(""));
+  EXPECT_FALSE(makeDirectoryPath("\\\\server"));
+}
+
+}  // namespace
+}  // namespace speech
