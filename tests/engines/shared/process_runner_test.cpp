@@ -19,10 +19,11 @@ TEST(ProcessRunner, WaitsForTheProgramToEnd) {
   EXPECT_TRUE(std::filesystem::exists(done));
 }
 
+bool dispatched = false;
+void CALLBACK noteDispatch(HWND, UINT, UINT_PTR, DWORD) { dispatched = true; }
+
 TEST(ProcessRunner, AnswersMessagesMeanwhile) {
-  static bool dispatched;
-  dispatched = false;
-  const auto timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { dispatched = true; });
+  const auto timer = SetTimer(nullptr, 0, 10, noteDispatch);
   ASSERT_NE(timer, 0u);
   EXPECT_TRUE(runProgram(L"cmd.exe", L"/c ping -n 2 127.0.0.1 >nul"));
   KillTimer(nullptr, timer);
