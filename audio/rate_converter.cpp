@@ -1,0 +1,53 @@
+#include "audio/rate_converter.h"
+
+#include <algorithm>
+
+#include "audio/rate_block_loop.h"
+#include "audio/rate_filters.h"
+#include "audio/rate_parameters.h"
+#include "audio/rate_producers.h"
+
+namespace rate {
+namespace {
+
+constexpr std::int32_t kLinearGuard = 10;
+
+std::int32_t convertLinear(const RateRequest& request, const Parameters& parameters) {
+  WorkBuffer work;
+  return convertBlocks({parameters.step, kLinearGuard, TailRule::linear}, request, work,
+                       [&](const WorkBuffer& buffer, std::uint32_t clock, std::span<std::int16_t> output) {
+                         produceLinear(parameters.step, buffer, clock, output);
+                       });
+}
+
+std::int32_t convertFiltered(const RateRequest& request, const Parameters& parameters, bool large) {
+  const std::int32_t guard = large ? parameters.guardLarge : parameters.guardSmall;
+  if (2 * guard > kWorkLength) return -1;
+  const FilterSetting setting{large ? &largeFilter() : &smallFilter(), parameters.step, parameters.coefStep,
+                              large ? parameters.gainLarge : parameters.gainSmall};
+  WorkBuffer work;
+  return convertBlocks({parameters.step, guard, TailRule::filter}, request, work,
+                       [&](const WorkBuffer& buffer, std::uint32_t clock, std::span<std::int16_t> output) {
+                         produceFiltered(setting, buffer, clock, output);
+                       });
+}
+
+}  // namespace
+}  // namespace rate
+
+std::int32_t RATEAPI(const RateRequest* request) {
+  if (request == nullptr || request->inputRate < 1 || request->outputRate < 1) return -1;
+  if (request->inputCount <= 0) return 0;
+  if (request->input == nullptr || request->output == nullptr) return -1;
+  if (request->inputRate == request->outputRate) {
+    // Kept: ignores the capacity.
+    std::copy_n(request->input, request->inputCount, request->output);
+    return request->inputCount;
+  }
+
+  const auto parameters = rate::parametersFor(request->inputRate, request->outputRate);
+  if (!parameters) return -1;
+  const unsigned method = request->quality & 0xFFu;
+  if (method == kRateQualityLinear) return rate::convertLinear(*request, *parameters);
+  return rate::convertFiltered(*request, *parameters, method == kRateQualityLarge);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+// The stretch of input that the converter looks at: filled from the input, moved down as the clock walks on.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+namespace rate {
+
+inline constexpr std::int32_t kWorkLength = 4096;  ///< samples
+
+class WorkBuffer {
+ public:
+  /// The sample at `position`; zero outside the buffer, where the blocks after the end of the input look.
+  int at(std::int32_t position) const {
+    return position >= 0 && position < kWorkLength ? samples_[static_cast<std::size_t>(position)] : 0;
+  }
+
+  const std::int16_t* data() const { return samples_.data(); }
+
+  /// Copies `source` to the places from `position` on and fills the rest with zeros; what would lie before
+  /// the buffer is left out. `source` must not be longer than the places.
+  void fill(std::int32_t position, std::span<const std::int16_t> source) {
+    if (position < 0) {
+      const auto before = static_cast<std::size_t>(-position);
+      source = source.subspan(std::min(before, source.size()));
+      position = 0;
+    }
+    const auto end = std::copy(source.begin(), source.end(), samples_.begin() + position);
+    std::fill(end, samples_.end(), std::int16_t{0});
+  }
+
+  /// Moves everything from `position` on down to the start. What stood above the moved samples stays there:
+  /// after the end of the input nothing overwrites it, and the last samples of a conversion come from it.
+  void moveDown(std::int32_t position) {
+    if (position <= 0 || position >= kWorkLength) return;
+    std::copy(samples_.begin() + position, samples_.end(), samples_.begin());
+  }
+
+ private:
+  std::array<std::int16_t, kWorkLength> samples_{};
+};
+
+}  // namespace rate
