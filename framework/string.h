@@ -1,21 +1,29 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
 #include <string>
+#include <string_view>
 #include <utility>
 
+#include "framework/exception.h"
+
 /// A growable string that a pointer to its characters can be taken from anywhere. Positions and lengths are
-/// in characters; -1 is "not found".
+/// in characters; -1 is "not found". A null pointer stands for the empty text. Counts and places beyond the
+/// text are brought into it, save where a character itself is asked for: that throws a CInvalidArgException.
+///
+///   CStringW label;
+///   label.Format(L"%s (v.%d)", name.GetString(), 3);
+///   if (label.CompareNoCase(L"ALEX (v.3)") == 0) label += L'!';
 template <class Char>
 class CStringT {
  public:
   CStringT() = default;
-  CStringT(const Char* text)
-      : text_(text != nullptr ? text : emptyText()) {}  // NOLINT(google-explicit-constructor)
-  CStringT(const Char* text, int length) : text_(text, static_cast<std::size_t>(length)) {}
+  CStringT(const Char* text) : text_(viewOf(text)) {}  // NOLINT(google-explicit-constructor)
+  CStringT(const Char* text, int length) : text_(text, size(length)) {}
 
   operator const Char*() const { return text_.c_str(); }  // NOLINT(google-explicit-constructor)
   const Char* GetString() const { return text_.c_str(); }
@@ -23,35 +31,35 @@ class CStringT {
   bool IsEmpty() const { return text_.empty(); }
   void Empty() { text_.clear(); }
 
-  Char GetAt(int index) const { return text_.at(static_cast<std::size_t>(index)); }
-  void SetAt(int index, Char value) { text_.at(static_cast<std::size_t>(index)) = value; }
+  Char GetAt(int index) const { return text_[checked(index)]; }
+  void SetAt(int index, Char value) { text_[checked(index)] = value; }
 
-  int Compare(const Char* other) const { return text_.compare(other); }
+  int Compare(const Char* other) const { return text_.compare(viewOf(other)); }
   int CompareNoCase(const Char* other) const {
     if constexpr (sizeof(Char) == 1) {
-      return _stricmp(text_.c_str(), other);
+      return _stricmp(text_.c_str(), viewOf(other).data());
     } else {
-      return _wcsicmp(text_.c_str(), other);
+      return _wcsicmp(text_.c_str(), viewOf(other).data());
     }
   }
 
   int Find(Char wanted, int start = 0) const {
-    return place(text_.find(wanted, static_cast<std::size_t>(start)));
+    return start < 0 ? -1 : place(text_.find(wanted, size(start)));
   }
   int Find(const Char* wanted, int start = 0) const {
-    return place(text_.find(wanted, static_cast<std::size_t>(start)));
+    return start < 0 ? -1 : place(text_.find(viewOf(wanted), size(start)));
   }
   int ReverseFind(Char wanted) const { return place(text_.rfind(wanted)); }
 
-  CStringT Left(int count) const { return CStringT(text_.substr(0, static_cast<std::size_t>(count))); }
-  CStringT Mid(int first) const { return CStringT(text_.substr(static_cast<std::size_t>(first))); }
+  CStringT Left(int count) const { return CStringT(text_.substr(0, size(count))); }
+  CStringT Mid(int first) const { return Mid(first, GetLength()); }
   CStringT Mid(int first, int count) const {
-    return CStringT(text_.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(count)));
+    return CStringT(text_.substr(std::min(size(first), text_.size()), size(count)));
   }
 
   /// Replaces every occurrence and returns how many there were.
   int Replace(const Char* wanted, const Char* replacement) {
-    const std::basic_string<Char> from(wanted), to(replacement);
+    const std::basic_string<Char> from(viewOf(wanted)), to(viewOf(replacement));
     if (from.empty()) return 0;
     int count = 0;
     for (auto at = text_.find(from); at != text_.npos; at = text_.find(from, at + to.size())) {
@@ -100,7 +108,7 @@ class CStringT {
   }
 
   CStringT& operator+=(const Char* more) {
-    text_ += more;
+    text_ += viewOf(more);
     return *this;
   }
   CStringT& operator+=(Char more) {
@@ -114,15 +122,20 @@ class CStringT {
     return CStringT(left) += right.GetString();
   }
   friend bool operator==(const CStringT& left, const CStringT& right) { return left.text_ == right.text_; }
-  friend bool operator==(const CStringT& left, const Char* right) { return left.text_ == right; }
+  friend bool operator==(const CStringT& left, const Char* right) { return left.text_ == viewOf(right); }
   friend bool operator<(const CStringT& left, const CStringT& right) { return left.text_ < right.text_; }
 
  private:
   explicit CStringT(std::basic_string<Char> text) : text_(std::move(text)) {}
 
-  static const Char* emptyText() {
-    static const Char empty = 0;
-    return &empty;
+  static std::basic_string_view<Char> viewOf(const Char* text) {
+    static constexpr Char kEmpty = 0;
+    return text != nullptr ? text : &kEmpty;
+  }
+  static std::size_t size(int count) { return static_cast<std::size_t>(std::max(count, 0)); }
+  std::size_t checked(int index) const {
+    if (index < 0 || index >= GetLength()) AfxThrowInvalidArgException();
+    return static_cast<std::size_t>(index);
   }
   static int place(std::size_t found) {
     return found == std::basic_string<Char>::npos ? -1 : static_cast<int>(found);
