@@ -19,7 +19,10 @@
 class SPEECH_API TextToSpeech_Options {
  public:
   /// Output format. Only the value that reset() restores has a meaning to this library.
-  enum OPTION_FORMAT { OPTION_FORMAT_DEFAULT = 1 };
+  enum OPTION_FORMAT : int { OPTION_FORMAT_DEFAULT = 1 };
+
+  /// Room for any value as decimal text: "-2147483648" and its terminator.
+  static constexpr int kTextLength = 12;
 
   /// Leaves the five defaults unset: call the setDef… setters before reset().
   TextToSpeech_Options();
@@ -105,7 +108,7 @@ class SPEECH_API TextToSpeech_Options {
   OPTION_FORMAT format_;
   int aldEnable_;
 
-  static constexpr int kTextLength = 12;  // "-2147483648" and its terminator
+  // The texts that the ToString getters hand out.
   mutable wchar_t speedText_[kTextLength];
   mutable wchar_t volumeText_[kTextLength];
   mutable wchar_t pitchText_[kTextLength];

@@ -1,0 +1,91 @@
+// Speaking to the sound device, and what the host hears of it.
+
+#include <cstdio>
+
+#include "engines/local/engine_events.h"
+#include "engines/local/orvane_lxapi.h"
+#include "engines/shared/guarded.h"
+#include "engines/shared/module_state.h"
+#include "engines/shared/speak_flags.h"
+#include "lxapi/lxapi.h"
+#include "win32/text.h"
+
+namespace speech {
+
+bool OrvaneLXAPI::speak(const wchar_t* text, bool flag) {
+  const auto result = guarded<std::int32_t>(LX_ERROR_MEMORY, [&] {
+    const bool isAsynchronous = product->getEngineKey2().Find(L'N') >= 0;
+    const std::string utf8 = toUtf8(textOrEmpty(text));
+    return isAsynchronous ? LXAPI_SynthesizeAsync(ttsHandle, utf8.c_str(), -1, speakFlags(flag), -1)
+                          : LXAPI_Speak(ttsHandle, utf8.c_str(), -1, speakFlags(flag));
+  });
+  if (result != LX_OK) {
+    postNotice(kNoticeFinishedOrFailed, kDetailFinishedOrFailed);
+    return false;
+  }
+  paused = idle = false;
+  return true;
+}
+
+bool OrvaneLXAPI::speakSync(UINT message, const char* text) {
+  guarded([&] {
+    const std::string utf8 = toUtf8(fromThreadCodePage(textOrEmpty(text)));
+    stop();
+    LXAPI_Speak(ttsHandle, utf8.c_str(), -1, speakFlags(false));
+    // Kept: the null window; no window receives the message.
+    SendMessageW(nullptr, message, 0, 0);
+    paused = idle = false;
+  });
+  return true;
+}
+
+bool OrvaneLXAPI::stop() {
+  LXAPI_Stop(ttsHandle);
+  // Kept: a stop while paused leaves `paused` set until the next speak.
+  idle = true;
+  return true;
+}
+
+bool OrvaneLXAPI::pauseResume() {
+  if (paused) {
+    LXAPI_Resume(ttsHandle);
+  } else {
+    LXAPI_Pause(ttsHandle);
+  }
+  paused = !paused;
+  return true;
+}
+
+// Kept: the end of speech clears nothing; only stop does.
+bool OrvaneLXAPI::isSpeaking() { return !idle; }
+
+bool OrvaneLXAPI::isPaused() { return paused; }
+
+void LXAPI_CALL onEngineEvent(std::uint32_t handle, std::int32_t event, const LXEVENT* record) {
+  const std::uint32_t forwarded = g_eventTtsHandle.load(std::memory_order_relaxed);
+  if (forwarded == 0 || handle != forwarded || !g_eventForwarding.load(std::memory_order_relaxed)) return;
+  if (record == nullptr) return;
+  const LXEVENT own = *record;
+
+  switch (event) {
+    case LX_EVENT_WORD:
+    case LX_EVENT_SENTENCE:
+      postNotice(own.word1, static_cast<LPARAM>(own.word2));
+      break;
+    case LX_EVENT_END:
+      postNotice(kNoticeFinishedOrFailed, kDetailFinishedOrFailed);
+      break;
+    case LX_EVENT_BOOKMARK:
+    case LX_EVENT_BOOKMARK_PHRASE: {
+      // Kept: the line goes no further; it is there for a debugger to read.
+      char line[256];
+      const int nameLength = static_cast<int>(strnlen(own.name, sizeof own.name));
+      if (std::snprintf(line, sizeof line, "SPEI_TTS_BOOKMARK = [%.*s]\n", nameLength, own.name) < 0) return;
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+}  // namespace speech

@@ -1,0 +1,127 @@
+// User dictionaries, and the engine's own functions for those who edit them.
+
+#include <cstdio>
+#include <cstring>
+
+#include "engines/local/orvane_lxapi.h"
+#include "engines/shared/guarded.h"
+#include "engines/shared/user_message.h"
+#include "lxapi/lxapi.h"
+#include "win32/file.h"
+#include "win32/text.h"
+
+namespace speech {
+namespace {
+
+/// The number that a word list is loaded under.
+constexpr int kWordListNumber = 0;
+
+/// What every lexicon is answered with.
+constexpr unsigned short kLexiconResult = 65535;
+
+bool isWordList(const char* path) {
+  const char* const extension = std::strrchr(path, '.');
+  return extension != nullptr && _stricmp(extension, ".csv") == 0;
+}
+
+bool hasContent(const char* path) {
+  const File file = openFile(path, "rb");
+  return file != nullptr && std::fseek(file.get(), 0, SEEK_END) == 0 && std::ftell(file.get()) > 0;
+}
+
+void reportLoadFailure(const char* path, int unloadResult, int loadResult) {
+  CStringW message;
+  message.Format(L"User dictionary load failed.\nFile name : %s\nError code : %d %d",
+                 fromThreadCodePage(path).c_str(), unloadResult, loadResult);
+  showUserMessage(message);
+}
+
+}  // namespace
+
+unsigned short OrvaneLXAPI::loadUserDict(const char* path) {
+  const char* const file = path != nullptr ? path : "";
+  if (!isWordList(file)) return guarded(kLexiconResult, [&] { return loadLexicon(file); });
+  return guarded(static_cast<unsigned short>(LX_ERROR_MEMORY), [&] { return loadWordList(file); });
+}
+
+unsigned short OrvaneLXAPI::loadWordList(const char* path) {
+  if (!hasContent(path)) return 0;
+  const int unloadResult = static_cast<short>(unloadUserDict(kWordListNumber));
+  const int loadResult = LXAPI_LoadUserDict(engineHandle, kWordListNumber, path);
+  if (loadResult != LX_OK) reportLoadFailure(path, unloadResult, loadResult);
+  return static_cast<unsigned short>(loadResult);
+}
+
+unsigned short OrvaneLXAPI::loadLexicon(const char* path) {
+  if (LXAPI_SetLexiconHandle(ttsHandle, LXAPI_CreateLexiconHandle(path)) != LX_OK) {
+    reportLoadFailure(path, -1, -1);
+  } else if (LXAPI_SetAttr(ttsHandle, LX_ATTR_LEXICON, 0) != LX_OK) {
+    showUserMessage(L"LXAPI_SetAttr failed.");
+  }
+  // Kept: success and failure alike.
+  return kLexiconResult;
+}
+
+int OrvaneLXAPI::unloadUserDict(int number) {
+  constexpr int kNumberOfTypeNv = 1;
+  const bool isTypeNv = guarded(false, [&] { return product->getEngineType().CompareNoCase(L"nv") == 0; });
+  return LXAPI_UnloadUserDict(engineHandle, isTypeNv ? kNumberOfTypeNv : number);
+}
+
+// The arguments are numbers or addresses of the host's data; they go to the engine unread.
+template <class... Arguments>
+int OrvaneLXAPI::callInternal(const char* name, Arguments... arguments) const {
+  std::int32_t result = -1;
+  LXAPI_CallEngineInternal(engineHandle, name, &result, nullptr, nullptr, sizeof...(arguments), arguments...);
+  return result;
+}
+
+int OrvaneLXAPI::getUserDictLimit(intptr_t a) { return callInternal("LX_GetUserDictLimit", a); }
+
+int OrvaneLXAPI::checkUserDictSourceLen(intptr_t a) { return callInternal("LX_CheckUserDict_SourceLen", a); }
+
+int OrvaneLXAPI::checkUserDictSourceNorm(intptr_t a) {
+  return callInternal("LX_CheckUserDict_SourceNorm", a);
+}
+
+int OrvaneLXAPI::checkUserDictTargetNorm(intptr_t a) {
+  return callInternal("LX_CheckUserDict_TargetNorm", a);
+}
+
+int OrvaneLXAPI::checkUserDictTargetPhon(intptr_t a) {
+  return callInternal("LX_CheckUserDict_TargetPhon", a);
+}
+
+int OrvaneLXAPI::checkUserDictSubstitution(intptr_t a) {
+  return callInternal("LX_CheckUserDict_Substitution", a);
+}
+
+int OrvaneLXAPI::csvParserParsing(intptr_t a, intptr_t b) {
+  // Kept: the third argument is the engine's, not the host's.
+  return callInternal("LX_CsvParser_Parsing", a, b, intptr_t{2});
+}
+
+int OrvaneLXAPI::csvParserGetNfields(intptr_t a) { return callInternal("LX_CsvParser_GetNfields", a); }
+
+int OrvaneLXAPI::csvParserMakeCsv(intptr_t a, intptr_t b, intptr_t c, intptr_t d) {
+  return callInternal("LX_CsvParser_MakeCsv", a, b, c, d);
+}
+
+int OrvaneLXAPI::getPinyinActiveInfo(intptr_t a, intptr_t b) {
+  return callInternal("LX_GetPinyinActiveInfo", a, b);
+}
+
+intptr_t OrvaneLXAPI::csvParserInit() {
+  intptr_t parser = 0;
+  LXAPI_CallEngineInternal(engineHandle, "LX_CsvParser_Init", nullptr, nullptr, &parser, 0);
+  return parser;
+}
+
+const char* OrvaneLXAPI::csvParserGetField(intptr_t a, intptr_t b) {
+  field.fill('\0');
+  LXAPI_CallEngineInternal(engineHandle, "LX_CsvParser_GetField", nullptr, field.data(), nullptr, 2, a, b);
+  field.back() = '\0';
+  return field.data();
+}
+
+}  // namespace speech

@@ -1,0 +1,20 @@
+#include "engines/shared/module_state.h"
+
+namespace speech {
+
+constinit ITextToSpeech* g_currentInstance = nullptr;
+constinit LXAPIProduct* g_currentProduct = nullptr;
+constinit LXAPIProductList* g_productList = nullptr;
+CStringArray g_languageCodes;
+
+constinit std::atomic<HWND> g_hostWindow = nullptr;
+constinit std::atomic<UINT> g_noticeMessage = 0;
+constinit std::atomic<std::uint32_t> g_eventTtsHandle = 0;
+constinit std::atomic<bool> g_eventForwarding = false;
+
+void postNotice(WPARAM wParam, LPARAM lParam) {
+  PostMessageW(g_hostWindow.load(std::memory_order_relaxed), g_noticeMessage.load(std::memory_order_relaxed),
+               wParam, lParam);
+}
+
+}  // namespace speech

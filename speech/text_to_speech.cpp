@@ -1,0 +1,108 @@
+#include <speech/text_to_speech.h>
+
+#include <memory>
+#include <utility>
+
+#include "engines/local/orvane_lxapi.h"
+#include "engines/shared/guarded.h"
+#include "engines/shared/module_state.h"
+
+using speech::guarded;
+
+namespace {
+
+/// The engine that serves a product; null when none does.
+ITextToSpeech* makeEngine(LXAPIProduct* product) {
+  if (product->getEngineType().CompareNoCase(L"skyvo") == 0) return nullptr;
+  return new speech::OrvaneLXAPI(product);
+}
+
+LXAPIProductList& builtProductList() {
+  if (speech::g_productList == nullptr) {
+    speech::g_productList = new LXAPIProductList;
+    speech::g_productList->build();
+  }
+  return *speech::g_productList;
+}
+
+bool contains(const CStringArray& texts, const CStringW& wanted) {
+  for (std::intptr_t i = 0; i < texts.GetSize(); ++i) {
+    if (texts.GetAt(i).CompareNoCase(wanted) == 0) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+ITextToSpeech::ITextToSpeech() = default;
+ITextToSpeech::ITextToSpeech(const ITextToSpeech&) = default;
+ITextToSpeech& ITextToSpeech::operator=(const ITextToSpeech&) = default;
+ITextToSpeech::~ITextToSpeech() = default;
+
+ITextToSpeech* ITextToSpeech::getInstance(HWND window, UINT message, LXAPIProduct* product) {
+  if (product == nullptr) return nullptr;
+  return guarded<ITextToSpeech*>(nullptr, [&]() -> ITextToSpeech* {
+    if (speech::g_currentInstance != nullptr) {
+      speech::g_currentInstance->unloadUserDict(0);
+      speech::g_currentInstance->unloadEngine();
+      delete std::exchange(speech::g_currentInstance, nullptr);
+    }
+    ITextToSpeech* const engine = makeEngine(product);
+    if (engine == nullptr) return nullptr;
+    // Kept: an engine that fails to initialise stays the current one; the next call disposes of it.
+    speech::g_currentInstance = engine;
+    if (!engine->initialize()) return nullptr;
+    speech::g_hostWindow.store(window, std::memory_order_relaxed);
+    speech::g_noticeMessage.store(message, std::memory_order_relaxed);
+    speech::g_currentProduct = product;
+    return engine;
+  });
+}
+
+void ITextToSpeech::releaseInstance() {
+  guarded([] {
+    if (speech::g_currentInstance != nullptr) {
+      speech::g_currentInstance->stop();
+      delete std::exchange(speech::g_currentInstance, nullptr);
+    }
+    delete std::exchange(speech::g_productList, nullptr);
+  });
+}
+
+bool ITextToSpeech::reloadEngine() {
+  ITextToSpeech* const engine = speech::g_currentInstance;
+  return engine != nullptr && engine->unloadEngine() && engine->loadEngine();
+}
+
+void ITextToSpeech::setEventHandle(HWND window) {
+  speech::g_hostWindow.store(window, std::memory_order_relaxed);
+}
+
+LXAPIProduct* ITextToSpeech::getCurrentProduct() { return speech::g_currentProduct; }
+
+LXAPIProductList* ITextToSpeech::getLXAPIProductList() {
+  guarded([] { builtProductList(); });
+  return speech::g_productList;
+}
+
+CStringArray* ITextToSpeech::getISOCodeList() {
+  guarded([] {
+    LXAPIProductList& products = builtProductList();
+    CStringArray seen;
+    for (POSITION at = products.GetHeadPosition(); at != nullptr;) {
+      const CStringW code = products.GetNext(at)->getLanguageCode();
+      if (contains(seen, code)) continue;
+      // Kept: the module's list is not emptied first, so every call appends the codes once more.
+      speech::g_languageCodes.Add(code);
+      seen.Add(code);
+    }
+  });
+  return &speech::g_languageCodes;
+}
+
+const wchar_t* ITextToSpeech::getISOListAt(int index) { return speech::g_languageCodes.GetAt(index); }
+
+int ITextToSpeech::getISOListCount() {
+  if (speech::g_languageCodes.IsEmpty()) getISOCodeList();
+  return static_cast<int>(speech::g_languageCodes.GetSize());
+}
