@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -25,6 +26,8 @@ class TemporaryFolder {
 
   const std::filesystem::path& path() const { return path_; }
   std::filesystem::path operator/(const std::filesystem::path& name) const { return path_ / name; }
+  /// The path of a file in the folder as the functions that take narrow paths want it.
+  std::string file(const std::string& name) const { return (path_ / name).string(); }
 
  private:
   std::filesystem::path path_;
