@@ -5,12 +5,13 @@
 
 #ifdef _MSC_VER
 #include <afxcoll.h>
-#include <afxsock.h>
+
 #include <afxtempl.h>
 #include <afxwin.h>
 #else
 #include "framework/application.h"
 #include "framework/exception.h"
+#include "framework/message_box.h"
 #include "framework/pointer_list.h"
 #include "framework/string.h"
 #include "framework/string_array.h"

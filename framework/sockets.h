@@ -1,0 +1,19 @@
+#pragma once
+
+// Apart from framework.h, because the socket headers want to come before windows.h.
+
+#ifdef _MSC_VER
+#include <afxsock.h>
+#else
+#include <winsock2.h>
+
+#include <windows.h>
+
+/// Starts Windows Sockets for the module; AfxSocketTerm ends it. FALSE when the system has none to offer.
+inline BOOL AfxSocketInit() {
+  WSADATA data;
+  return WSAStartup(MAKEWORD(2, 2), &data) == 0;
+}
+
+inline void AfxSocketTerm() { WSACleanup(); }
+#endif
