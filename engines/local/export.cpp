@@ -8,9 +8,9 @@
 #include <string>
 #include <utility>
 
-#include "audio/rate_wrappers.h"
 #include "engines/local/export_formats.h"
 #include "engines/local/orvane_lxapi.h"
+#include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/pcm_export.h"
@@ -98,7 +98,7 @@ int OrvaneLXAPI::textToFile(const wchar_t* text, const wchar_t* path, int format
       runProgram(soxProgram, soxLine(route, wav, targetRateHz, destination.c_str()));
     } else {
       synthesized = synthesizeInto(wav.narrowPath(), LX_FILE_WAV);
-      RATEAPI_WAV2WAV(wav.narrowPath(), targetRateHz, 16, 1, narrowDestination.c_str());
+      convertWavFile(wav.path(), targetRateHz, 16, 1, destination.c_str());
       if (!wav.isThere()) return kFailed;
       if (route == ExportRoute::kConvertAndStrip &&
           !stripWavHeader(destination.c_str(), destination.c_str())) {
