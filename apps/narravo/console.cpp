@@ -1,0 +1,94 @@
+#include "apps/narravo/console.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+
+#include <windows.h>
+
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/text_encoding.h"
+
+namespace narravo {
+namespace {
+
+bool isConsole(HANDLE stream) {
+  DWORD mode = 0;
+  return GetConsoleMode(stream, &mode) != 0;
+}
+
+bool writeConsole(HANDLE stream, std::wstring_view text) {
+  constexpr std::size_t kConsoleBlock = 8192;  // larger writes can fail for want of console memory
+  while (!text.empty()) {
+    const DWORD wanted = static_cast<DWORD>(std::min(text.size(), kConsoleBlock));
+    DWORD written = 0;
+    if (!WriteConsoleW(stream, text.data(), wanted, &written, nullptr) || written == 0) return false;
+    text.remove_prefix(written);
+  }
+  return true;
+}
+
+bool writeBytes(HANDLE stream, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD written = 0;
+    if (!WriteFile(stream, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr)) return false;
+    bytes.remove_prefix(written);
+  }
+  return true;
+}
+
+/// Console input ends with a line that begins with Ctrl-Z.
+std::string readConsole(HANDLE stream) {
+  constexpr wchar_t kEndOfInput = 0x1A;
+  std::wstring text;
+  std::array<wchar_t, 4096> line{};
+  DWORD count = 0;
+  while (ReadConsoleW(stream, line.data(), static_cast<DWORD>(line.size()), &count, nullptr) && count > 0 &&
+         line.front() != kEndOfInput) {
+    text.append(line.data(), count);
+  }
+  return toUtf8(text);
+}
+
+}  // namespace
+
+void writeOutput(std::wstring_view text) {
+  const HANDLE stream = GetStdHandle(STD_OUTPUT_HANDLE);
+  const bool written = isConsole(stream) ? writeConsole(stream, text) : writeBytes(stream, toUtf8(text));
+  if (!written) throw HostError(kExitFile, "standard output cannot be written");
+}
+
+void writeOutput(std::string_view utf8) { writeOutput(fromUtf8(utf8).value_or(L"")); }
+
+void writeErrorLine(std::string_view utf8) noexcept {
+  try {
+    const std::string line = "narravo: " + std::string(utf8) + "\n";
+    const HANDLE stream = GetStdHandle(STD_ERROR_HANDLE);
+    if (isConsole(stream)) {
+      writeConsole(stream, fromUtf8(line).value_or(L"narravo: an error without a readable message\n"));
+    } else {
+      writeBytes(stream, line);
+    }
+  } catch (const std::exception&) {
+    // Out of memory while reporting: the exit code remains.
+  }
+}
+
+std::string readInput() {
+  const HANDLE stream = GetStdHandle(STD_INPUT_HANDLE);
+  if (isConsole(stream)) return readConsole(stream);
+  std::string text;
+  std::array<char, 65536> block{};
+  DWORD count = 0;
+  while (ReadFile(stream, block.data(), static_cast<DWORD>(block.size()), &count, nullptr) && count > 0) {
+    text.append(block.data(), count);
+  }
+  // A pipe whose writer is gone is the ordinary end.
+  const DWORD error = GetLastError();
+  if (count != 0 || (error != ERROR_SUCCESS && error != ERROR_BROKEN_PIPE && error != ERROR_HANDLE_EOF)) {
+    throw HostError(kExitFile, "standard input cannot be read");
+  }
+  return text;
+}
+
+}  // namespace narravo

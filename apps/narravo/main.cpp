@@ -1,0 +1,74 @@
+// narravo: the command-line host. It is a host like any other: it knows the library by its exported interface
+// only.
+
+#include <exception>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "apps/narravo/commands.h"
+#include "apps/narravo/console.h"
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/host_window.h"
+#include "apps/narravo/text_encoding.h"
+
+namespace {
+
+using namespace narravo;
+
+constexpr void (*kAddCommand[])(CLI::App&) = {
+    addVoicesCommand,
+    addSpeakCommand,
+    addSaveCommand,
+};
+
+constexpr const char* kExitCodeHelp =
+    "Exit codes:\n"
+    "  0    done\n"
+    "  1    the engine, the speech service or the sound device failed\n"
+    "  2    the command line is wrong\n"
+    "  3    no installed voice matches\n"
+    "  4    a file could not be read or written, or holds no usable text\n"
+    "  130  interrupted by Ctrl-C";
+
+int runCommandLine(std::vector<std::string> arguments) {
+  CLI::App program("Speaks text and saves speech as WAV files.", "narravo");
+  program.require_subcommand(1);
+  program.set_help_all_flag("--help-all", "Print the help of every command and exit");
+  for (const auto add : kAddCommand) add(program);
+  program.footer(kExitCodeHelp);
+  for (CLI::App* const command : program.get_subcommands(nullptr)) command->footer(kExitCodeHelp);
+
+  try {
+    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order that CLI11 consumes
+    program.parse(reversed);
+    return kExitOk;
+  } catch (const CLI::CallForAllHelp&) {
+    writeOutput(program.help("", CLI::AppFormatMode::All));
+    return kExitOk;
+  } catch (const CLI::CallForHelp&) {
+    writeOutput(program.help());
+    return kExitOk;
+  } catch (const CLI::ParseError& error) {
+    writeErrorLine(std::string(error.what()) + " (see narravo --help)");
+    return kExitUsage;
+  }
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+  try {
+    watchInterrupts();
+    std::vector<std::string> utf8;
+    for (int i = 1; i < count; ++i) utf8.push_back(toUtf8(arguments[i]));
+    return runCommandLine(std::move(utf8));
+  } catch (const HostError& error) {
+    if (error.code() != kExitInterrupted) writeErrorLine(error.what());
+    return error.code();
+  } catch (const std::exception& error) {
+    writeErrorLine(error.what());
+    return kExitEngineFailed;
+  }
+}

@@ -1,0 +1,69 @@
+// narravo save: writes the speech of a text as a WAV file.
+
+#include <cstdio>
+#include <memory>
+#include <span>
+
+#include "apps/narravo/commands.h"
+#include "apps/narravo/file_path.h"
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/speech_session.h"
+#include "apps/narravo/text_source.h"
+#include "audio/file_io.h"
+#include "audio/wav_header.h"
+
+namespace narravo {
+namespace {
+
+struct SaveArguments {
+  VoiceArguments voice;
+  TextSource text;
+  std::string output;
+  bool isSsml = false;
+};
+
+struct FreeSamples {
+  void operator()(unsigned char* samples) const { ExternFree(samples); }
+};
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+/// `samples` are 16-bit mono at `sampleRateHz`.
+void writeWavFile(const std::string& name, std::span<const unsigned char> samples, int sampleRateHz) {
+  File file(_wfopen(pathFromUtf8(name).c_str(), L"wb"));
+  if (!file) throw HostError(kExitFile, "cannot create " + name);
+  WFHeader header{};
+  LXUTIL_Initialize_WFHeader(&header, sampleRateHz, kWaveFormatPcm16, 1);
+  LXUTIL_Write_WFHeader(&header, static_cast<int>(samples.size()), file.get());
+  std::fwrite(samples.data(), 1, samples.size(), file.get());
+  const bool isWritten = std::ferror(file.get()) == 0;
+  if (std::fclose(file.release()) != 0 || !isWritten) throw HostError(kExitFile, "cannot write " + name);
+}
+
+void save(const SaveArguments& arguments) {
+  const std::wstring text = readText(arguments.text);
+  SpeechSession session(arguments.voice);
+  unsigned char* buffer = nullptr;
+  const int byteCount = session.engine().synthesizeToBuffer(text.c_str(), arguments.isSsml, &buffer);
+  const std::unique_ptr<unsigned char, FreeSamples> samples(buffer);
+  if (byteCount <= 0) session.reportRefusal("the engine made no sound of the text; is it well formed?");
+  writeWavFile(arguments.output, {samples.get(), static_cast<std::size_t>(byteCount)},
+               session.product().getSampleRateHz());
+}
+
+}  // namespace
+
+void addSaveCommand(CLI::App& program) {
+  const auto arguments = std::make_shared<SaveArguments>();
+  CLI::App* const command = program.add_subcommand("save", "Write the speech of a text as a WAV file");
+  command->add_option("OUTPUT", arguments->output, "The WAV file to write")->required();
+  addTextArguments(*command, arguments->text);
+  addVoiceArguments(*command, arguments->voice);
+  command->add_flag("--ssml", arguments->isSsml, "The text is an SSML document");
+  command->callback([arguments] { save(*arguments); });
+}
+
+}  // namespace narravo

@@ -1,0 +1,130 @@
+#include "apps/narravo/speech_session.h"
+
+#include <array>
+
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/text_encoding.h"
+
+namespace narravo {
+namespace {
+
+std::string userLanguage() {
+  std::array<wchar_t, LOCALE_NAME_MAX_LENGTH> name{};
+  GetUserDefaultLocaleName(name.data(), static_cast<int>(name.size()));
+  return toUtf8(name.data());
+}
+
+/// One setting of the options record, under the name that the user knows.
+struct Setting {
+  const char* option;
+  std::optional<int> VoiceArguments::*wanted;
+  void (TextToSpeech_Options::*getRange)(int&, int&);
+  void (TextToSpeech_Options::*set)(int);
+};
+
+constexpr Setting kSettings[] = {
+    {"--speed", &VoiceArguments::speed, &TextToSpeech_Options::getSpeedRange,
+     &TextToSpeech_Options::setSpeed},
+    {"--pitch", &VoiceArguments::pitch, &TextToSpeech_Options::getPitchRange,
+     &TextToSpeech_Options::setPitch},
+    {"--volume", &VoiceArguments::volume, &TextToSpeech_Options::getVolumeRange,
+     &TextToSpeech_Options::setVolume},
+};
+
+/// The record itself takes any value, so the bounds are the host's to keep.
+void adjust(TextToSpeech_Options& options, const VoiceArguments& arguments) {
+  for (const Setting& setting : kSettings) {
+    const std::optional<int> wanted = arguments.*setting.wanted;
+    if (!wanted) continue;
+    int minimum = 0;
+    int maximum = 0;
+    (options.*setting.getRange)(minimum, maximum);
+    if (*wanted < minimum || *wanted > maximum) {
+      throw HostError(kExitUsage, std::string(setting.option) + " " + std::to_string(*wanted) +
+                                      " is out of this voice's range, " + std::to_string(minimum) + " to " +
+                                      std::to_string(maximum));
+    }
+    (options.*setting.set)(*wanted);
+  }
+}
+
+/// The service's words as one line, whatever they are encoded in.
+std::string oneLine(const std::string& text) {
+  std::string line;
+  for (const char byte : text) {
+    const bool isPlain = byte >= ' ' && byte <= '~';
+    line += isPlain ? byte : ' ';
+  }
+  return line;
+}
+
+}  // namespace
+
+void addVoiceArguments(CLI::App& command, VoiceArguments& arguments) {
+  command.add_option(
+      "--voice", arguments.wish.voice,
+      "Voice by name, language code (en, en-US) or part of its name; default: the user's language");
+  command.add_option("--gender", arguments.wish.gender, "Take a female or a male voice")
+      ->check(CLI::IsMember({"female", "male"}, CLI::ignore_case));
+  command.add_option("--speed", arguments.speed, "Speaking rate; 100 is the voice's own");
+  command.add_option("--pitch", arguments.pitch, "Pitch; 100 is the voice's own");
+  command.add_option("--volume", arguments.volume, "Loudness; 100 is the voice's own");
+}
+
+std::vector<LXAPIProduct*> installedProducts() {
+  std::vector<LXAPIProduct*> products;
+  LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
+  for (POSITION at = list->GetHeadPosition(); at != nullptr;) products.push_back(list->GetNext(at));
+  return products;
+}
+
+VoiceEntry describe(const LXAPIProduct& product) {
+  VoiceEntry voice;
+  voice.key = toUtf8(product.getEngineKey1().GetString());
+  voice.name = voice.key + "-" + toUtf8(product.getEngineKey2().GetString());
+  voice.displayName = toUtf8(product.getDisplayName().GetString());
+  voice.language = toUtf8(product.getLanguageCode().GetString());
+  voice.gender = toUtf8(product.getGenderText().GetString());
+  voice.sampleRateHz = product.getSampleRateHz();
+  voice.engineType = toUtf8(product.getEngineType().GetString());
+  return voice;
+}
+
+SpeechSession::SpeechSession(const VoiceArguments& arguments) {
+  try {
+    openEngine(arguments);
+  } catch (...) {
+    ITextToSpeech::releaseInstance();
+    throw;
+  }
+}
+
+SpeechSession::~SpeechSession() { ITextToSpeech::releaseInstance(); }
+
+void SpeechSession::openEngine(const VoiceArguments& arguments) {
+  const std::vector<LXAPIProduct*> products = installedProducts();
+  std::vector<VoiceEntry> voices;
+  voices.reserve(products.size());
+  for (const LXAPIProduct* product : products) voices.push_back(describe(*product));
+
+  const std::size_t chosen = chooseVoice(voices, arguments.wish, userLanguage());
+  product_ = products[chosen];
+  voice_ = voices[chosen];
+  TextToSpeech_Options& options = *product_->getOptions();
+  adjust(options, arguments);
+
+  engine_ = ITextToSpeech::getInstance(window_.handle(), HostWindow::kNoticeMessage, product_);
+  if (engine_ == nullptr)
+    throw HostError(kExitEngineFailed, "the voice " + voice_.name + " could not be loaded");
+  engine_->applyOptions(options);
+  options.applied();
+}
+
+bool SpeechSession::isCloud() const { return product_->getEngineType().CompareNoCase(L"skyvo") == 0; }
+
+void SpeechSession::reportRefusal(const std::string& what) const {
+  const std::string& said = window_.serviceMessage();
+  throw HostError(kExitEngineFailed, said.empty() ? what : what + ": " + oneLine(said));
+}
+
+}  // namespace narravo

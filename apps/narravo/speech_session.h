@@ -1,0 +1,60 @@
+#pragma once
+
+// One engine, for as long as a command needs it.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <speech/text_to_speech.h>
+#include <CLI/CLI.hpp>
+
+#include "apps/narravo/host_window.h"
+#include "apps/narravo/voice_choice.h"
+
+namespace narravo {
+
+/// What every speaking command lets the user choose. Unset numbers keep the voice's own setting.
+struct VoiceArguments {
+  VoiceWish wish;
+  std::optional<int> speed;
+  std::optional<int> pitch;
+  std::optional<int> volume;
+};
+
+void addVoiceArguments(CLI::App& command, VoiceArguments& arguments);
+
+/// Every installed voice, in the catalogue's order. The products belong to the library.
+std::vector<LXAPIProduct*> installedProducts();
+VoiceEntry describe(const LXAPIProduct& product);
+
+/// Window, product and engine, with the settings applied. Ends the engine and the catalogue when it goes.
+class SpeechSession {
+ public:
+  /// Throws HostError when no voice fits, a setting is out of its range or the engine cannot be loaded.
+  explicit SpeechSession(const VoiceArguments& arguments);
+  ~SpeechSession();
+  SpeechSession(const SpeechSession&) = delete;
+  SpeechSession& operator=(const SpeechSession&) = delete;
+
+  HostWindow& window() { return window_; }
+  ITextToSpeech& engine() { return *engine_; }
+  LXAPIProduct& product() { return *product_; }
+  const VoiceEntry& voice() const { return voice_; }
+
+  /// Whether the voice belongs to the speech service.
+  bool isCloud() const;
+
+  /// The error for a text that the engine refused, with what the service said if it said anything.
+  [[noreturn]] void reportRefusal(const std::string& what) const;
+
+ private:
+  void openEngine(const VoiceArguments& arguments);
+
+  HostWindow window_;
+  LXAPIProduct* product_ = nullptr;
+  VoiceEntry voice_;
+  ITextToSpeech* engine_ = nullptr;
+};
+
+}  // namespace narravo

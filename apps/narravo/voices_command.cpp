@@ -1,0 +1,75 @@
+// narravo voices: lists what is installed.
+
+#include <algorithm>
+#include <memory>
+
+#include "apps/narravo/commands.h"
+#include "apps/narravo/console.h"
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/speech_session.h"
+#include "apps/narravo/text_encoding.h"
+
+namespace narravo {
+namespace {
+
+struct VoicesArguments {
+  std::string language;
+};
+
+struct Row {
+  std::string cells[5];
+};
+
+Row rowOf(const VoiceEntry& voice) {
+  return {{voice.name, voice.language, voice.gender, std::to_string(voice.sampleRateHz), voice.engineType}};
+}
+
+/// Columns as wide as their widest cell, in characters, two blanks apart.
+std::string formatTable(const std::vector<Row>& rows) {
+  std::size_t widths[std::size(Row{}.cells)]{};
+  const auto width = [](const std::string& cell) { return fromUtf8(cell).value_or(L"").size(); };
+  for (const Row& row : rows) {
+    for (std::size_t i = 0; i < std::size(row.cells); ++i)
+      widths[i] = std::max(widths[i], width(row.cells[i]));
+  }
+  std::string table;
+  for (const Row& row : rows) {
+    for (std::size_t i = 0; i < std::size(row.cells); ++i) {
+      table += row.cells[i];
+      const bool isLast = i + 1 == std::size(row.cells);
+      table += isLast ? "\n" : std::string(widths[i] - width(row.cells[i]) + 2, ' ');
+    }
+  }
+  return table;
+}
+
+struct CatalogueRelease {
+  ~CatalogueRelease() { ITextToSpeech::releaseInstance(); }
+};
+
+void listVoices(const VoicesArguments& arguments) {
+  const CatalogueRelease release;
+  std::vector<Row> rows{{{"VOICE", "LANGUAGE", "GENDER", "RATE", "ENGINE"}}};
+  for (const LXAPIProduct* product : installedProducts()) {
+    const VoiceEntry voice = describe(*product);
+    if (arguments.language.empty() || isLanguage(voice.language, arguments.language))
+      rows.push_back(rowOf(voice));
+  }
+  if (rows.size() == 1) {
+    throw HostError(kExitNoVoice, arguments.language.empty()
+                                      ? "no voice is installed"
+                                      : "no voice speaks the language '" + arguments.language + "'");
+  }
+  writeOutput(formatTable(rows));
+}
+
+}  // namespace
+
+void addVoicesCommand(CLI::App& program) {
+  const auto arguments = std::make_shared<VoicesArguments>();
+  CLI::App* const command = program.add_subcommand("voices", "List the installed voices");
+  command->add_option("--language", arguments->language, "Only voices of this language (en, en-US)");
+  command->callback([arguments] { listVoices(*arguments); });
+}
+
+}  // namespace narravo

@@ -1,0 +1,153 @@
+// The host's own decisions: which voice is meant, what a notice says, what counts as text.
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <speech/notices.h>
+
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/speech_progress.h"
+#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/text_source.h"
+#include "apps/narravo/voice_choice.h"
+
+namespace narravo {
+namespace {
+
+using Kind = SpeechProgress::Kind;
+
+template <class Action>
+HostError errorOf(Action action) {
+  try {
+    action();
+  } catch (const HostError& error) {
+    return error;
+  }
+  ADD_FAILURE() << "no error was thrown";
+  return HostError(kExitOk, "");
+}
+
+VoiceEntry voice(const std::string& key, const std::string& variety, const std::string& language) {
+  return {key + "-" + variety,
+          key,
+          "Maker " + key + " (v.1)",
+          language,
+          variety == "F" ? "FEMALE" : "MALE",
+          22050,
+          "espeak"};
+}
+
+const std::vector<VoiceEntry> kVoices{
+    voice("Afrikaans", "M", "af"),           voice("English (Scotland)", "M", "en-GB-scotland"),
+    voice("English", "M", "en-GB"),          voice("English", "F", "en-GB"),
+    voice("English (US)", "M", "en-US"),     voice("English (US)", "F", "en-US"),
+    voice("French (Belgium)", "M", "fr-BE"), voice("French (France)", "M", "fr-FR"),
+};
+
+struct Choice {
+  const char* wanted;
+  const char* gender;
+  const char* userLanguage;
+  const char* expected;
+};
+
+class ChoosingAVoice : public testing::TestWithParam<Choice> {};
+
+TEST_P(ChoosingAVoice, PrefersTheClosestFit) {
+  const Choice& choice = GetParam();
+  const std::size_t chosen = chooseVoice(kVoices, {choice.wanted, choice.gender}, choice.userLanguage);
+  EXPECT_EQ(kVoices[chosen].name, choice.expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByWhatUsersCallIt, ChoosingAVoice,
+    testing::Values(Choice{"english-f", "", "de-DE", "English-F"},  // both keys, whatever the case
+                    Choice{"English", "", "en-US", "English-M"},    // a key beats a part of one
+                    Choice{"Maker Afrikaans (v.1)", "", "en-US", "Afrikaans-M"},
+                    Choice{"EN-us", "", "de-DE", "English (US)-M"},  // a language code
+                    Choice{"en", "", "en-US", "English (US)-M"},     // the user's own country first
+                    Choice{"en", "female", "de-DE", "English-F"},
+                    Choice{"fr", "", "de-DE", "French (France)-M"},       // then the language's home
+                    Choice{"scot", "", "de-DE", "English (Scotland)-M"},  // part of a key
+                    Choice{"", "", "fr-CA", "French (France)-M"},  // nothing asked for: the user's language
+                    Choice{"", "", "ja-JP", "English (Scotland)-M"},  // or English
+                    Choice{"", "Female", "en-US", "English (US)-F"}));
+
+TEST(ChoosingAVoice, NamesSimilarVoicesWhenNoneMatches) {
+  const HostError error = errorOf([] { chooseVoice(kVoices, {"Afrikans", ""}, "en-US"); });
+  EXPECT_EQ(error.code(), kExitNoVoice);
+  EXPECT_THAT(error.what(), testing::HasSubstr("did you mean Afrikaans?"));
+}
+
+TEST(ChoosingAVoice, TakesNoOtherGenderThanWanted) {
+  EXPECT_EQ(errorOf([] { chooseVoice(kVoices, {"af", "female"}, "en-US"); }).code(), kExitNoVoice);
+  EXPECT_EQ(errorOf([] { chooseVoice({}, {}, "en-US"); }).code(), kExitNoVoice);
+}
+
+TEST(Language, MatchesWholeSubtagsOnly) {
+  EXPECT_TRUE(isLanguage("en-GB-scotland", "en-gb"));
+  EXPECT_TRUE(isLanguage("EN", "en"));
+  EXPECT_FALSE(isLanguage("eng", "en"));
+  EXPECT_FALSE(isLanguage("en", "en-GB"));
+}
+
+TEST(Progress, ShowsEachWordAndThenTheEnd) {
+  const std::wstring text = L"Hello, world.";
+  SpeechProgress progress(text, false);
+  EXPECT_EQ(progress.read(0, 5).word, L"Hello");
+  EXPECT_EQ(progress.read(7, 5).word, L"world");
+  EXPECT_EQ(progress.read(speech::kNoticeFinishedOrFailed, speech::kDetailFinishedOrFailed).kind,
+            Kind::kEnded);
+}
+
+TEST(Progress, KeepsWordsInsideTheText) {
+  const std::wstring text = L"Hello";
+  SpeechProgress progress(text, false);
+  EXPECT_EQ(progress.read(3, 100).word, L"lo");
+  EXPECT_EQ(progress.read(5, 1).kind, Kind::kOther);
+  EXPECT_EQ(progress.read(0xFFFFFFF0, 1).kind, Kind::kOther);
+  EXPECT_EQ(progress.read(0, 0).kind, Kind::kOther);
+  EXPECT_EQ(progress.read(0, -1).kind, Kind::kOther);
+}
+
+// The end notice's two numbers are also those of a word of one letter at offset 3858.
+TEST(Progress, TellsAOneLetterWordFromTheEnd) {
+  const std::size_t offset = speech::kNoticeFinishedOrFailed;
+  const std::wstring text = std::wstring(offset - 1, L'x') + L" a tail";
+  SpeechProgress progress(text, false);
+  EXPECT_EQ(progress.read(offset, 1).word, L"a");
+  EXPECT_EQ(progress.read(offset + 2, 4).word, L"tail");
+  EXPECT_EQ(progress.read(offset, 1).kind, Kind::kEnded);
+
+  const std::wstring withoutSuchAWord(2 * offset, L'x');
+  SpeechProgress other(withoutSuchAWord, false);
+  EXPECT_EQ(other.read(offset, 1).kind, Kind::kEnded);
+}
+
+TEST(Progress, KnowsTheServicesNotices) {
+  SpeechProgress progress(L"Hello", true);
+  EXPECT_EQ(progress.read(speech::kNoticePlaybackStarted, 0).kind, Kind::kStarted);
+  EXPECT_EQ(progress.read(speech::kNoticePlaybackEnded, 1).kind, Kind::kEnded);
+  EXPECT_EQ(progress.read(speech::kNoticeFinishedOrFailed, 1).kind, Kind::kFailed);
+}
+
+TEST(Text, IsUtf8WithOrWithoutAMark) {
+  EXPECT_EQ(decodeText("\xEF\xBB\xBFGr\xC3\xBC\xC3\x9F\x65", "x"), L"Gr\u00FC\u00DFe");
+  EXPECT_EQ(decodeText("\xF0\x9F\x98\x80", "x"), L"\U0001F600");
+  EXPECT_EQ(toUtf8(L"\xD83D"), "\xEF\xBF\xBD");
+}
+
+TEST(Text, RefusesWhatItWouldHaveToGuessOrLose) {
+  for (const std::string& bytes :
+       {std::string("Gr\xFC\xDF\x65"), std::string("\xC3"), std::string("\xED\xA0\x80"),
+        std::string("a\0b", 3), std::string("\xFF\xFEH\0i\0", 6), std::string(), std::string("\xEF\xBB\xBF"),
+        std::string(" \t\r\n")}) {
+    EXPECT_EQ(errorOf([&] { decodeText(bytes, "x"); }).code(), kExitFile) << testing::PrintToString(bytes);
+  }
+}
+
+}  // namespace
+}  // namespace narravo

@@ -1,0 +1,56 @@
+"""Runs the command-line host as a user would."""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+
+# How to start the host, given on the command line by CTest: the emulator, if any, and the program.
+COMMAND = []
+
+# Far beyond what anything here takes: ends a hang, measures nothing.
+HANG_SECONDS = 60
+
+
+def start(*arguments, **options):
+    return subprocess.Popen([*COMMAND, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                            stdin=options.pop("stdin", subprocess.DEVNULL), **options)
+
+
+def run(*arguments, stdin=b"", **options):
+    """Exit code, standard output and standard error, the texts decoded."""
+    done = subprocess.run([*COMMAND, *map(str, arguments)], input=stdin, capture_output=True, timeout=HANG_SECONDS,
+                          **options)
+    return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
+
+
+class HostTest(unittest.TestCase):
+    """A test with a folder of its own that is gone afterwards."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="narravo-test-")
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def assert_runs(self, *arguments, **options):
+        code, out, err = run(*arguments, **options)
+        self.assertEqual(code, 0, err)
+        return out
+
+    def assert_fails(self, expected_code, *arguments, **options):
+        """The failure's one line on standard error."""
+        code, out, err = run(*arguments, **options)
+        self.assertEqual(code, expected_code, out + err)
+        self.assertRegex(err, r"\Anarravo: [^\n]+\n\Z")
+        return err
+
+
+def main():
+    separator = sys.argv.index("--")
+    COMMAND.extend(sys.argv[separator + 1:])
+    os.environ["PYTHONDONTWRITEBYTECODE"] = "1"
+    unittest.main(module="__main__", argv=sys.argv[:separator], verbosity=2)

@@ -1,0 +1,68 @@
+"""Listens to the sound server while a program plays, and knows when each sample was heard."""
+
+import array
+import os
+import subprocess
+import threading
+import time
+
+import wav_measure
+
+RATE = 44100
+BYTES_PER_SAMPLE = 2
+
+
+class SoundMonitor:
+    """Records the default sink's monitor between `with` and the end of the block, or until stop()."""
+
+    def __enter__(self):
+        self._process = subprocess.Popen(
+            ["parec", "--device=@DEFAULT_MONITOR@", "--format=s16le", f"--rate={RATE}", "--channels=1",
+             "--latency-msec=10", "--raw"],
+            stdout=subprocess.PIPE)
+        self._chunks = []  # (moment at which the chunk's end was heard, bytes)
+        self._started = threading.Event()
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+        if not self._started.wait(20):
+            raise RuntimeError("the sound server's monitor delivers nothing")
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+
+    def _read(self):
+        while data := os.read(self._process.stdout.fileno(), 65536):
+            self._chunks.append((time.monotonic(), data))
+            self._started.set()
+
+    def stop(self):
+        self._process.terminate()
+        self._process.wait()
+        self._reader.join()
+        self._process.stdout.close()
+
+    def samples(self):
+        data = b"".join(data for _, data in list(self._chunks))
+        return array.array("h", data[: len(data) // BYTES_PER_SAMPLE * BYTES_PER_SAMPLE])
+
+    def wav(self):
+        return wav_measure.WavFile(1, BYTES_PER_SAMPLE, RATE, self.samples())
+
+    def _moment_of(self, index):
+        """When the sample with this index was heard."""
+        seen = 0
+        for moment, data in list(self._chunks):
+            seen += len(data) // BYTES_PER_SAMPLE
+            if index < seen:
+                return moment - (seen - index) / RATE
+        raise IndexError(index)
+
+    def first_sound(self):
+        """The moment (time.monotonic) at which sound began, or None."""
+        span = wav_measure.sound_span(self.samples())
+        return self._moment_of(span[0]) if span else None
+
+    def last_sound(self):
+        span = wav_measure.sound_span(self.samples())
+        return self._moment_of(span[1]) if span else None
