@@ -20,7 +20,7 @@ find_package_handle_standard_args(EspeakNG
 mark_as_advanced(EspeakNG_INCLUDE_DIR EspeakNG_LIBRARY EspeakNG_DATA_DIR)
 
 if(EspeakNG_FOUND AND NOT TARGET EspeakNG::EspeakNG)
-  add_library(EspeakNG::EspeakNG STATIC IMPORTED)
+  add_library(EspeakNG::EspeakNG UNKNOWN IMPORTED)
   set_target_properties(EspeakNG::EspeakNG PROPERTIES
     IMPORTED_LOCATION "${EspeakNG_LIBRARY}"
     INTERFACE_INCLUDE_DIRECTORIES "${EspeakNG_INCLUDE_DIR}"

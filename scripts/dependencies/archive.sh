@@ -76,19 +76,23 @@ archive_download() {
     fi
     rm -rf "$partial"
   done
+  # The lists may be at fault; the next run reads them again.
+  rm -f "$archive/ready"
   fail "no version of the Debian $kind package $package could be fetched"
 }
 
-# debian_source PACKAGE VERSION: unpacks a source package, with Debian's patches, into ./PACKAGE.
+# debian_source PACKAGE VERSION: unpacks a source package, with Debian's patches, into ./PACKAGE. Sets fetched_version.
 debian_source() {
   local files
   files=$(archive_download source "$1" "$2")
+  fetched_version=${files##*/source-"$1"-}
   dpkg-source --no-check -x "$files"/*.dsc "$1"
 }
 
-# debian_binary PACKAGE VERSION: unpacks a binary package into ./PACKAGE.
+# debian_binary PACKAGE VERSION: the same for a binary package.
 debian_binary() {
   local files
   files=$(archive_download binary "$1" "$2")
+  fetched_version=${files##*/binary-"$1"-}
   dpkg-deb -x "$files"/*.deb "$1"
 }
