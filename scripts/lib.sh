@@ -5,6 +5,7 @@ set -euo pipefail
 SOURCE_DIR=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 CACHE_DIR=${SPEECH_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/speech}
 mkdir -p "$CACHE_DIR"
+CACHE_DIR=$(cd "$CACHE_DIR" && pwd)
 
 # One line per step, on standard error so that a program's own output stays clean.
 step() { printf '==> %s\n' "$*" >&2; }

@@ -33,7 +33,7 @@ archive_prepare() {
   } >"$archive/apt.conf"
   printf '%s\n' "deb-src [$signed] $address bookworm main" "deb-src [$signed] $address trixie main" \
     "deb [$signed arch=$(dpkg --print-architecture)] $address trixie main" >"$archive/sources.list"
-  archive_apt apt-get update
+  archive_apt apt-get update || fail "Debian's source lists could not be read"
   touch "$archive/ready"
 }
 
