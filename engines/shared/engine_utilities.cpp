@@ -4,10 +4,7 @@
 #include <array>
 #include <iterator>
 
-#if __has_include("audio/wav_header.h")
 #include "audio/wav_header.h"
-#define HAS_WAV 1
-#endif
 #if __has_include("audio/rate_wrappers.h")
 #include "audio/rate_wrappers.h"
 #define HAS_RATE 1
@@ -43,14 +40,8 @@ CStringW escapedXml(const CStringW& text) {
 }
 
 int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample, int channels) {
-#ifdef HAS_WAV
   return WAVHEADER_MAKER(toThreadCodePage(textOrEmpty(path)).c_str(), dataSize, sampleRateHz, bitsPerSample,
                          channels);
-#else
-  static_cast<void>(path), static_cast<void>(dataSize), static_cast<void>(sampleRateHz);
-  static_cast<void>(bitsPerSample), static_cast<void>(channels);
-  return -1;
-#endif
 }
 
 int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output) {

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace speech::test {
+
+struct Notice {
+  WPARAM wParam;
+  LPARAM lParam;
+  bool operator==(const Notice&) const = default;
+};
+
+inline std::ostream& operator<<(std::ostream& out, const Notice& notice) {
+  return out << '(' << notice.wParam << ", " << notice.lParam << ')';
+}
+
+/// A host's message-only window that keeps the notices which reach it. Belongs to the thread that makes it.
+class HostWindow {
+ public:
+  static constexpr UINT kNoticeMessage = WM_APP + 7;
+
+  HostWindow() {
+    static const ATOM windowClass = registerClass();
+    window_ = CreateWindowExW(0, MAKEINTATOM(windowClass), L"host", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                              GetModuleHandleW(nullptr), this);
+    if (window_ == nullptr) throw std::runtime_error("no message-only window");
+  }
+  HostWindow(const HostWindow&) = delete;
+  HostWindow& operator=(const HostWindow&) = delete;
+  ~HostWindow() { DestroyWindow(window_); }
+
+  HWND handle() const { return window_; }
+
+  /// What was posted before this call, oldest first. A message of the window's own, posted behind everything
+  /// else, marks the end: nothing that is under way is missed, and nothing is waited for.
+  std::vector<Notice> takeNotices() {
+    PostMessageW(window_, kEndMark, 0, 0);
+    while (!endReached_) dispatchNext();
+    endReached_ = false;
+    return std::exchange(notices_, {});
+  }
+
+  /// Dispatches messages until a notice arrives, and returns it.
+  Notice waitForNotice() {
+    while (notices_.empty()) dispatchNext();
+    const Notice first = notices_.front();
+    notices_.erase(notices_.begin());
+    return first;
+  }
+
+  /// The narrow texts of the WM_COPYDATA messages so far.
+  const std::vector<std::string>& copiedTexts() const { return copiedTexts_; }
+
+ private:
+  static constexpr UINT kEndMark = WM_APP + 8;
+
+  static ATOM registerClass() {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = procedure;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = L"speech-test-host";
+    return RegisterClassW(&description);
+  }
+
+  static void dispatchNext() {
+    MSG message;
+    if (GetMessageW(&message, nullptr, 0, 0) <= 0) throw std::runtime_error("the message loop ended");
+    DispatchMessageW(&message);
+  }
+
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCCREATE) {
+      const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(lParam);
+      SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+    }
+    auto* const self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    switch (message) {
+      case kNoticeMessage:
+        self->notices_.push_back({wParam, lParam});
+        return 0;
+      case kEndMark:
+        self->endReached_ = true;
+        return 0;
+      case WM_COPYDATA: {
+        const auto* const copied = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        self->copiedTexts_.emplace_back(static_cast<const char*>(copied->lpData), copied->cbData);
+        return TRUE;
+      }
+      default:
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+  }
+
+  HWND window_ = nullptr;
+  bool endReached_ = false;
+  std::vector<Notice> notices_;
+  std::vector<std::string> copiedTexts_;
+};
+
+}  // namespace speech::test
