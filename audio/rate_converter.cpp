@@ -3,9 +3,12 @@
 #include <algorithm>
 
 #include "audio/rate_block_loop.h"
+#include "audio/rate_conversion.h"
 #include "audio/rate_filters.h"
 #include "audio/rate_parameters.h"
 #include "audio/rate_producers.h"
+#include "audio/rate_row_filter.h"
+#include "audio/rate_steady_filter.h"
 
 namespace rate {
 namespace {
@@ -20,34 +23,58 @@ std::int32_t convertLinear(const RateRequest& request, const Parameters& paramet
                        });
 }
 
-std::int32_t convertFiltered(const RateRequest& request, const Parameters& parameters, bool large) {
+template <typename Fast>
+std::int32_t convertFast(const LoopSetting& loop, const RateRequest& request, Fast&& filter) {
+  WorkBuffer work;
+  return convertBlocks(loop, request, work,
+                       [&](const WorkBuffer& buffer, std::uint32_t clock, std::span<std::int16_t> output) {
+                         filter.produce(buffer, clock, output);
+                       });
+}
+
+std::int32_t convertFiltered(const RateRequest& request, const Parameters& parameters, bool large,
+                             Level level) {
   const std::int32_t guard = large ? parameters.guardLarge : parameters.guardSmall;
   if (2 * guard > kWorkLength) return -1;
+  const LoopSetting loop{parameters.step, guard, TailRule::filter};
   const FilterSetting setting{large ? &largeFilter() : &smallFilter(), parameters.step, parameters.coefStep,
                               large ? parameters.gainLarge : parameters.gainSmall};
+
+  if (const Kernels* kernels = kernelsFor(level, wingTaps(setting)); kernels != nullptr) {
+    if (SteadyFilter::serves(setting)) return convertFast(loop, request, SteadyFilter(setting, *kernels));
+    if (request.outputCapacity >= RowFilter::kFewestSamples && RowFilter::serves(setting, *kernels)) {
+      return convertFast(loop, request, RowFilter(setting, *kernels));
+    }
+  }
   WorkBuffer work;
-  return convertBlocks({parameters.step, guard, TailRule::filter}, request, work,
+  return convertBlocks(loop, request, work,
                        [&](const WorkBuffer& buffer, std::uint32_t clock, std::span<std::int16_t> output) {
                          produceFiltered(setting, buffer, clock, output);
                        });
 }
 
 }  // namespace
+
+std::int32_t convert(const RateRequest& request, Level level) {
+  if (request.inputRate < 1 || request.outputRate < 1) return -1;
+  if (request.inputCount <= 0) return 0;
+  if (request.input == nullptr || request.output == nullptr) return -1;
+  if (request.inputRate == request.outputRate) {
+    // Kept: ignores the capacity.
+    std::copy_n(request.input, request.inputCount, request.output);
+    return request.inputCount;
+  }
+
+  const auto parameters = parametersFor(request.inputRate, request.outputRate);
+  if (!parameters) return -1;
+  const unsigned method = request.quality & 0xFFu;
+  if (method == kRateQualityLinear) return convertLinear(request, *parameters);
+  return convertFiltered(request, *parameters, method == kRateQualityLarge, level);
+}
+
 }  // namespace rate
 
 std::int32_t RATEAPI(const RateRequest* request) {
-  if (request == nullptr || request->inputRate < 1 || request->outputRate < 1) return -1;
-  if (request->inputCount <= 0) return 0;
-  if (request->input == nullptr || request->output == nullptr) return -1;
-  if (request->inputRate == request->outputRate) {
-    // Kept: ignores the capacity.
-    std::copy_n(request->input, request->inputCount, request->output);
-    return request->inputCount;
-  }
-
-  const auto parameters = rate::parametersFor(request->inputRate, request->outputRate);
-  if (!parameters) return -1;
-  const unsigned method = request->quality & 0xFFu;
-  if (method == kRateQualityLinear) return rate::convertLinear(*request, *parameters);
-  return rate::convertFiltered(*request, *parameters, method == kRateQualityLarge);
+  if (request == nullptr) return -1;
+  return rate::convert(*request, rate::bestLevel());
 }

@@ -31,10 +31,9 @@ std::int32_t wingSum(const FilterSetting& setting, const WorkBuffer& work, std::
     const std::size_t entry = coefPosition >> kInterpBits;
     const int between = static_cast<int>(coefPosition & kInterpMask);
     const int coef = filter.coef[entry] + ((filter.coefDelta[entry] * between) >> kInterpBits);
-    int product = coef * work.at(position);
     // Kept: rounds up on the one bit below, not symmetrically about zero; hosts compare converted files.
-    if ((product & (1 << (kProductShift - 1))) != 0) product += 1 << (kProductShift - 1);
-    sum += product >> kProductShift;
+    const int product = coef * work.at(position);
+    sum += (product + (product & (1 << (kProductShift - 1)))) >> kProductShift;
   }
   return sum;
 }

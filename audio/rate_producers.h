@@ -18,6 +18,12 @@ struct FilterSetting {
   std::int32_t gain;       ///< Q13
 };
 
+/// Samples that one wing of the filter reaches.
+inline std::int32_t wingTaps(const FilterSetting& setting) {
+  const auto reach = static_cast<std::uint32_t>(setting.filter->coef.size()) << kInterpBits;
+  return static_cast<std::int32_t>((reach + setting.coefStep - 1) / setting.coefStep);
+}
+
 /// (value + half) >> bits, held to 16 bits.
 std::int16_t roundedSample(std::int32_t value, int bits);
 

@@ -11,6 +11,8 @@
 namespace rate {
 
 inline constexpr std::int32_t kWorkLength = 4096;  ///< samples
+inline constexpr std::int32_t kReadAhead =
+    80;  ///< samples after the last that vector code may read and ignore
 
 class WorkBuffer {
  public:
@@ -30,18 +32,18 @@ class WorkBuffer {
       position = 0;
     }
     const auto end = std::copy(source.begin(), source.end(), samples_.begin() + position);
-    std::fill(end, samples_.end(), std::int16_t{0});
+    std::fill(end, samples_.begin() + kWorkLength, std::int16_t{0});
   }
 
   /// Moves everything from `position` on down to the start. What stood above the moved samples stays there:
   /// after the end of the input nothing overwrites it, and the last samples of a conversion come from it.
   void moveDown(std::int32_t position) {
     if (position <= 0 || position >= kWorkLength) return;
-    std::copy(samples_.begin() + position, samples_.end(), samples_.begin());
+    std::copy(samples_.begin() + position, samples_.begin() + kWorkLength, samples_.begin());
   }
 
  private:
-  std::array<std::int16_t, kWorkLength> samples_{};
+  std::array<std::int16_t, kWorkLength + kReadAhead> samples_{};
 };
 
 }  // namespace rate

@@ -1,0 +1,15 @@
+#pragma once
+
+// RATEAPI on a level of the caller's choice: tests and benchmarks compare them.
+
+#include <cstdint>
+
+#include "audio/rate_converter.h"
+#include "audio/rate_kernels.h"
+
+namespace rate {
+
+/// RATEAPI by the code for `level`, which the processor must have. Every level gives the same samples.
+std::int32_t convert(const RateRequest& request, Level level);
+
+}  // namespace rate

@@ -1,0 +1,74 @@
+#pragma once
+
+// Eight 16-bit or four 32-bit numbers in an SSE register. The level is part of the type so that each file
+// that is compiled for its own instruction set gets functions of its own.
+
+#include <emmintrin.h>
+
+#include <cstdint>
+
+#include "audio/rate_kernels.h"
+
+#if defined(__SSSE3__) || defined(__AVX2__)
+#include <tmmintrin.h>
+#endif
+
+namespace rate {
+
+template <Level kLevel>
+struct Vector128 {
+  static constexpr std::int32_t kLanes = 8;
+  using Type = __m128i;
+
+  static Type zero() { return _mm_setzero_si128(); }
+  static Type splat(std::int16_t value) { return _mm_set1_epi16(value); }
+  static Type load(const std::int16_t* from) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  }
+
+  static Type add16(Type a, Type b) { return _mm_add_epi16(a, b); }
+  static Type add32(Type a, Type b) { return _mm_add_epi32(a, b); }
+  static Type mulHigh(Type a, Type b) { return _mm_mulhi_epi16(a, b); }
+  static Type mulLow(Type a, Type b) { return _mm_mullo_epi16(a, b); }
+
+  /// All bits set where the sign is.
+  static Type signMask(Type v) { return _mm_srai_epi16(v, 15); }
+  static Type withoutSign(Type v) { return _mm_and_si128(v, _mm_set1_epi16(0x7FFF)); }
+  static Type select(Type mask, Type where, Type otherwise) {
+    return _mm_or_si128(_mm_and_si128(mask, where), _mm_andnot_si128(mask, otherwise));
+  }
+
+  /// ((v >> 13, unsigned) + 1) >> 1.
+  static Type roundedTop3(Type v) { return _mm_avg_epu16(_mm_srli_epi16(v, 13), zero()); }
+
+  /// (coef * sample + 8192) >> 14 for |coef| < 16384.
+  static Type taps(Type coef, Type sample) {
+#if defined(__SSSE3__) || defined(__AVX2__)
+    return _mm_mulhrs_epi16(_mm_add_epi16(coef, coef), sample);
+#else
+    return add16(_mm_slli_epi16(mulHigh(coef, sample), 2), roundedTop3(mulLow(coef, sample)));
+#endif
+  }
+
+  /// Neighbouring 16-bit numbers added up to 32 bits.
+  static Type pairSums(Type v) { return _mm_madd_epi16(v, _mm_set1_epi16(1)); }
+  static Type pairSumsTimes4(Type v) { return _mm_madd_epi16(v, _mm_set1_epi16(4)); }
+
+  /// Four sums of 32-bit numbers across each vector.
+  static void storeSums(std::int32_t* to, Type a, Type b, Type c, Type d) {
+    const Type ab = add32(_mm_unpacklo_epi32(a, b), _mm_unpackhi_epi32(a, b));
+    const Type cd = add32(_mm_unpacklo_epi32(c, d), _mm_unpackhi_epi32(c, d));
+    const Type abcd = add32(_mm_unpacklo_epi64(ab, cd), _mm_unpackhi_epi64(ab, cd));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), abcd);
+  }
+
+  /// Adds eight 16-bit numbers to eight 32-bit ones.
+  static void addTo(std::int32_t* sums, Type v) {
+    auto* to = reinterpret_cast<__m128i*>(sums);
+    const Type sign = signMask(v);
+    _mm_storeu_si128(to, add32(_mm_loadu_si128(to), _mm_unpacklo_epi16(v, sign)));
+    _mm_storeu_si128(to + 1, add32(_mm_loadu_si128(to + 1), _mm_unpackhi_epi16(v, sign)));
+  }
+};
+
+}  // namespace rate

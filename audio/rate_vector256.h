@@ -1,0 +1,59 @@
+#pragma once
+
+// Sixteen 16-bit or eight 32-bit numbers in an AVX2 register; the operations are those of Vector128.
+
+#include <immintrin.h>
+
+#include <cstdint>
+
+#include "audio/rate_kernels.h"
+
+namespace rate {
+
+struct Vector256 {
+  static constexpr std::int32_t kLanes = 16;
+  using Type = __m256i;
+
+  static Type zero() { return _mm256_setzero_si256(); }
+  static Type splat(std::int16_t value) { return _mm256_set1_epi16(value); }
+  static Type load(const std::int16_t* from) {
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
+  }
+
+  static Type add16(Type a, Type b) { return _mm256_add_epi16(a, b); }
+  static Type add32(Type a, Type b) { return _mm256_add_epi32(a, b); }
+  static Type mulHigh(Type a, Type b) { return _mm256_mulhi_epi16(a, b); }
+  static Type mulLow(Type a, Type b) { return _mm256_mullo_epi16(a, b); }
+
+  static Type signMask(Type v) { return _mm256_srai_epi16(v, 15); }
+  static Type withoutSign(Type v) { return _mm256_and_si256(v, _mm256_set1_epi16(0x7FFF)); }
+  static Type select(Type mask, Type where, Type otherwise) {
+    return _mm256_blendv_epi8(otherwise, where, mask);
+  }
+
+  static Type roundedTop3(Type v) { return _mm256_avg_epu16(_mm256_srli_epi16(v, 13), zero()); }
+  static Type taps(Type coef, Type sample) {
+    return _mm256_mulhrs_epi16(_mm256_add_epi16(coef, coef), sample);
+  }
+
+  static Type pairSums(Type v) { return _mm256_madd_epi16(v, _mm256_set1_epi16(1)); }
+  static Type pairSumsTimes4(Type v) { return _mm256_madd_epi16(v, _mm256_set1_epi16(4)); }
+
+  static void storeSums(std::int32_t* to, Type a, Type b, Type c, Type d) {
+    const Type ab = add32(_mm256_unpacklo_epi32(a, b), _mm256_unpackhi_epi32(a, b));
+    const Type cd = add32(_mm256_unpacklo_epi32(c, d), _mm256_unpackhi_epi32(c, d));
+    const Type abcd = add32(_mm256_unpacklo_epi64(ab, cd), _mm256_unpackhi_epi64(ab, cd));
+    const __m128i sums = _mm_add_epi32(_mm256_castsi256_si128(abcd), _mm256_extracti128_si256(abcd, 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), sums);
+  }
+
+  static void addTo(std::int32_t* sums, Type v) {
+    auto* to = reinterpret_cast<__m256i*>(sums);
+    const Type low = _mm256_cvtepi16_epi32(_mm256_castsi256_si128(v));
+    const Type high = _mm256_cvtepi16_epi32(_mm256_extracti128_si256(v, 1));
+    _mm256_storeu_si256(to, add32(_mm256_loadu_si256(to), low));
+    _mm256_storeu_si256(to + 1, add32(_mm256_loadu_si256(to + 1), high));
+  }
+};
+
+}  // namespace rate
