@@ -1,0 +1,161 @@
+// narravo-synthesizer: speaks standard input through eSpeak NG into standard output, as 16-bit mono samples
+// without a header, and ends. The service runs one for every request, because eSpeak NG keeps its state in
+// globals and serves one text at a time; a process of its own also means that a text on which eSpeak NG fails
+// or loops takes nothing else with it.
+#include <espeak-ng/speak_lib.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "service/synthesizer_exit.h"
+
+namespace {
+
+using speech::service::SynthesizerExit;
+
+struct Output {
+  uint64_t bytesLeft = 0;
+  SynthesizerExit result = SynthesizerExit::kSpoken;
+};
+
+// Global because eSpeak NG's callback gets no pointer of its caller's.
+Output output;
+
+bool writeAll(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return true;
+}
+
+// A non-zero answer ends the synthesis.
+int takeSamples(short* samples, int count, espeak_EVENT*) {
+  if (samples == nullptr || count <= 0) return 0;
+  const std::string_view bytes(reinterpret_cast<const char*>(samples),
+                               static_cast<size_t>(count) * sizeof(short));
+  if (bytes.size() > output.bytesLeft) {
+    output.result = SynthesizerExit::kTooLong;
+  } else if (!writeAll(bytes)) {
+    output.result = SynthesizerExit::kOutputFailed;
+  }
+  output.bytesLeft -= std::min<uint64_t>(output.bytesLeft, bytes.size());
+  return output.result == SynthesizerExit::kSpoken ? 0 : 1;
+}
+
+// SSML may name sound files for eSpeak NG to open. A caller over the network has no business with files of
+// this machine: answering 1 leaves every one of them out.
+int refuseSoundFile(int, const char*, const char*) { return 1; }
+
+// The data as the build and an installation lay it out.
+std::string findDataFolder() {
+  const auto programFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  const auto beside = programFolder / "espeak-ng-data";
+  return std::filesystem::exists(beside) ? beside : programFolder.parent_path() / "share" / "espeak-ng-data";
+}
+
+bool startEngine(const std::string& dataFolder) {
+  // eSpeak NG keeps the folder's name in a short buffer, so go there and give it a short one.
+  if (::chdir(dataFolder.c_str()) != 0) return false;
+  return espeak_Initialize(AUDIO_OUTPUT_RETRIEVAL, 0, ".", espeakINITIALIZE_DONT_EXIT) ==
+         speech::service::kSampleRateHz;
+}
+
+// Voices of another synthesizer (MBROLA), which need recorded sounds that eSpeak NG does not bring along.
+bool isUsable(const espeak_VOICE& voice) { return !std::string_view(voice.identifier).starts_with("mb/"); }
+
+void listVoices() {
+  for (const espeak_VOICE** voice = espeak_ListVoices(nullptr); *voice != nullptr; ++voice) {
+    if (!isUsable(**voice)) continue;
+    std::printf("voice\t%s\t%s", (*voice)->name, (*voice)->identifier);
+    // The list: a priority byte and a zero-terminated tag each, a zero byte at the end.
+    for (const char* entry = (*voice)->languages; *entry != 0;
+         entry += std::string_view(entry + 1).size() + 2) {
+      std::printf("\t%d %s", *entry, entry + 1);
+    }
+    std::printf("\n");
+  }
+  espeak_VOICE onlyVarieties{};
+  onlyVarieties.languages = "variant";
+  for (const espeak_VOICE** variety = espeak_ListVoices(&onlyVarieties); *variety != nullptr; ++variety) {
+    const std::string_view identifier((*variety)->identifier);
+    std::printf("variety\t%s\n", std::string(identifier.substr(identifier.rfind('/') + 1)).c_str());
+  }
+}
+
+std::string readStandardInput() {
+  std::string text;
+  char block[65536];
+  ssize_t count = 0;
+  while ((count = ::read(STDIN_FILENO, block, sizeof block)) != 0) {
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) break;
+    text.append(block, static_cast<size_t>(count));
+  }
+  return text;
+}
+
+// eSpeak NG takes some control characters for commands to itself.
+void blankControlCharacters(std::string& text) {
+  for (char& character : text) {
+    const auto byte = static_cast<unsigned char>(character);
+    if ((byte < 0x20 && character != '\n' && character != '\t') || byte == 0x7F) character = ' ';
+  }
+}
+
+SynthesizerExit speak(const std::string& voice, bool isSsml) {
+  espeak_SetSynthCallback(takeSamples);
+  espeak_SetUriCallback(refuseSoundFile);
+  if (espeak_SetVoiceByName(voice.c_str()) != EE_OK) return SynthesizerExit::kNoVoice;
+
+  std::string text = readStandardInput();
+  blankControlCharacters(text);
+  const unsigned flags =
+      espeakCHARS_UTF8 | espeakENDPAUSE | (isSsml ? static_cast<unsigned>(espeakSSML) : 0U);
+  const espeak_ERROR error =
+      espeak_Synth(text.c_str(), text.size() + 1, 0, POS_CHARACTER, 0, flags, nullptr, nullptr);
+  if (output.result != SynthesizerExit::kSpoken) return output.result;
+  return error == EE_OK ? SynthesizerExit::kSpoken : SynthesizerExit::kEngineFailed;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  CLI::App app("Speaks UTF-8 text from standard input as 16-bit mono samples on standard output");
+  std::string voice;
+  std::string dataFolder;
+  bool isSsml = false;
+  bool wantsList = false;
+  app.add_option("--voice", voice, "eSpeak NG voice identifier, with an optional +variety");
+  app.add_option("--voice-data", dataFolder, "folder of eSpeak NG's data (espeak-ng-data)");
+  app.add_option("--max-bytes", output.bytesLeft, "give up when there would be more sound than this");
+  app.add_flag("--ssml", isSsml, "the text is SSML");
+  app.add_flag("--list", wantsList, "list the voices instead");
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : static_cast<int>(SynthesizerExit::kBadArguments);
+  }
+
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // no one is left to hear it when the service is gone
+
+  if (!startEngine(dataFolder.empty() ? findDataFolder() : dataFolder))
+    return static_cast<int>(SynthesizerExit::kNoEngine);
+  if (wantsList) {
+    listVoices();
+    return static_cast<int>(std::fflush(stdout) == 0 ? SynthesizerExit::kSpoken
+                                                     : SynthesizerExit::kOutputFailed);
+  }
+  return static_cast<int>(speak(voice, isSsml));
+}
