@@ -197,12 +197,20 @@ void Server::answer(SpeechRequest request, httplib::Response& response) {
 }
 
 int Server::bind() {
-  if (options_.port == 0) return server_.bind_to_any_port(options_.host);
-  return server_.bind_to_port(options_.host, options_.port) ? options_.port : -1;
+  int port = options_.port;
+  if (port == 0) {
+    port = server_.bind_to_any_port(options_.host);
+  } else if (!server_.bind_to_port(options_.host, port)) {
+    port = -1;
+  }
+  return port > 0 && server_.lengthenQueue() ? port : -1;
 }
 
-bool Server::run() { return server_.listen_after_bind(); }
+bool Server::run() { return server_.listen_after_bind() || isStopping_; }
 
-void Server::stop() { server_.stop(); }
+void Server::stop() {
+  isStopping_ = true;
+  server_.stopAccepting();
+}
 
 }  // namespace speech::service

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <httplib.h>
+#include <sys/socket.h>
+
+#include <atomic>
 
 #include "service/options.h"
 #include "service/places.h"
@@ -9,6 +12,17 @@
 #include "service/voice_catalogue.h"
 
 namespace speech::service {
+
+// Two things that the library does not let its user choose.
+class HttpServer : public httplib::Server {
+ public:
+  // The library queues five connections that it has not accepted yet; a burst of more would be turned away.
+  bool lengthenQueue() { return ::listen(svr_sock_, SOMAXCONN) == 0; }
+
+  // The library's own stop() cuts replies short that are being sent. Without it the loop ends when the
+  // listening socket gives it nothing any more, and every connection that was accepted is served to its end.
+  void stopAccepting() { ::shutdown(svr_sock_, SHUT_RDWR); }
+};
 
 class Server {
  public:
@@ -20,7 +34,7 @@ class Server {
   // Serves until stop, and until every request under way is answered. False when the socket failed.
   bool run();
 
-  // From any thread.
+  // From any thread, once it runs.
   void stop();
   bool isRunning() const { return server_.is_running(); }
 
@@ -35,7 +49,8 @@ class Server {
   const Synthesis& synthesis_;
   const VoiceCatalogue& catalogue_;
   Places places_;
-  httplib::Server server_;
+  HttpServer server_;
+  std::atomic<bool> isStopping_ = false;
 };
 
 }  // namespace speech::service

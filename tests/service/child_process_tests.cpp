@@ -1,0 +1,77 @@
+#include "service/child_process.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <cerrno>
+
+#include "service/spool_file.h"
+
+namespace speech::service {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string contentOf(const SpoolFile& file) {
+  std::string content(file.size(), '\0');
+  content.resize(file.readAt(0, content));
+  return content;
+}
+
+ChildResult runShell(const std::string& script, std::chrono::milliseconds timeLimit = 60s) {
+  const SpoolFile input;
+  const SpoolFile output;
+  return runChild({"/bin/sh", "-c", script}, input.descriptor(), output.descriptor(), timeLimit);
+}
+
+TEST(ChildProcess, ReadsItsInputAndWritesItsOutput) {
+  SpoolFile input;
+  input.append("some text");
+  input.rewind();
+  const SpoolFile output;
+  const ChildResult result = runChild({"/bin/cat"}, input.descriptor(), output.descriptor(), 60s);
+  EXPECT_EQ(result.end, ChildEnd::kExited);
+  EXPECT_EQ(result.code, 0);
+  EXPECT_EQ(contentOf(output), "some text");
+}
+
+TEST(ChildProcess, InheritsNothingButItsStandardStreams) {
+  const SpoolFile input;
+  const SpoolFile output;
+  const FileDescriptor inheritable(::dup(input.descriptor()));
+  ASSERT_GT(inheritable.get(), STDERR_FILENO);
+  runChild({"/bin/sh", "-c", "for f in /proc/$$/fd/*; do [ \"${f##*/}\" -gt 2 ] && readlink $f; done"},
+           input.descriptor(), output.descriptor(), 60s);
+  EXPECT_EQ(contentOf(output), "");
+}
+
+TEST(ChildProcess, TellsHowItEnded) {
+  const ChildResult exited = runShell("exit 7");
+  EXPECT_EQ(exited.end, ChildEnd::kExited);
+  EXPECT_EQ(exited.code, 7);
+  const ChildResult killed = runShell("kill -KILL $$");
+  EXPECT_EQ(killed.end, ChildEnd::kKilled);
+  EXPECT_EQ(killed.code, SIGKILL);
+  EXPECT_EQ(runShell("exec sleep 600", 50ms).end, ChildEnd::kTimedOut);
+}
+
+TEST(ChildProcess, AMissingProgramIsReported) {
+  const SpoolFile file;
+  const ChildResult result = runChild({"/nowhere/program"}, file.descriptor(), file.descriptor(), 60s);
+  EXPECT_EQ(result.end, ChildEnd::kCannotBeStarted);
+  EXPECT_EQ(result.code, ENOENT);
+}
+
+TEST(SpoolFile, ReadsAnywhereAndStopsAtTheEnd) {
+  SpoolFile file;
+  file.append("0123456789");
+  char bytes[4] = {};
+  EXPECT_EQ(file.readAt(8, bytes), 2U);
+  EXPECT_EQ(std::string_view(bytes, 2), "89");
+  EXPECT_EQ(file.readAt(100, bytes), 0U);
+  file.append("ab");
+  EXPECT_EQ(contentOf(file), "0123456789ab");
+}
+
+}  // namespace
+}  // namespace speech::service

@@ -1,0 +1,77 @@
+#include "service/voice_catalogue.h"
+
+#include <gtest/gtest.h>
+
+namespace speech::service {
+namespace {
+
+const char kListing[] =
+    "voice\tGerman\tgmw/de\t5 de\n"
+    "voice\tCherokee \tiro/chr\t5 chr-US-Qaaa-x-west\n"
+    "voice\tEnglish (Caribbean)\tgmw/en-029\t5 en-029\t10 en\n"
+    "voice\tEnglish (America)\tgmw/en-US\t2 en-us\t3 en\n"
+    "voice\tNorwegian Bokm\u00E5l\tgmq/nb\t5 nb\t5 no\n"
+    "voice\tSpanish (Latin America)\troa/es-419\t5 es-419\t5 es-mx\tx es\n"
+    "variety\tf2\n"
+    "variety\tMr serious\n"
+    "something\telse\n"
+    "voice\tcut\n";
+
+struct NameCase {
+  const char* name;
+  const char* engine;  // null: no such voice
+};
+
+class VoiceByName : public testing::TestWithParam<NameCase> {};
+
+TEST_P(VoiceByName, FindsTheVoice) {
+  const auto voice = VoiceCatalogue::fromListing(kListing).byName(GetParam().name);
+  if (GetParam().engine == nullptr) {
+    EXPECT_FALSE(voice.has_value());
+  } else {
+    ASSERT_TRUE(voice.has_value());
+    EXPECT_EQ(voice->engine, GetParam().engine);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, VoiceByName,
+                         testing::Values(NameCase{"English (America)", "gmw/en-US"},  // the name
+                                         NameCase{"english (aMERICA)", "gmw/en-US"},  // letter case aside
+                                         NameCase{"gmw/en-us", "gmw/en-US"},          // the identifier
+                                         NameCase{"En-us", "gmw/en-US"},              // its file
+                                         NameCase{"es-MX", "roa/es-419"},             // a language tag
+                                         NameCase{"en", "gmw/en-US"},                 // the best of several
+                                         NameCase{"English (America)+f2", "gmw/en-US+f2"},  // a variety
+                                         NameCase{"English (America)+F2", "gmw/en-US+f2"},  //
+                                         NameCase{"English+(America)", "gmw/en-US"},  // plus signs for spaces
+                                         NameCase{"English+(America)+f2", "gmw/en-US+f2"},      //
+                                         NameCase{"en-us+Mr serious", "gmw/en-US+Mr serious"},  //
+                                         NameCase{"Cherokee", "iro/chr"},  // listed with a space behind it
+                                         NameCase{"Norwegian Bokm\u00E5l", "gmq/nb"},  // UTF-8
+                                         NameCase{"Norwegian Bokm\xE5l", "gmq/nb"},  // the client's code page
+                                         NameCase{"", nullptr}, NameCase{"+f2", nullptr},         //
+                                         NameCase{"English", nullptr}, NameCase{"cut", nullptr},  //
+                                         NameCase{"en-us+f99", nullptr}, NameCase{"+", nullptr},  //
+                                         NameCase{"../../etc/passwd", nullptr}, NameCase{"es", nullptr}));
+
+TEST(VoiceCatalogue, TheLabelNamesVoiceAndVarietyAsListed) {
+  EXPECT_EQ(VoiceCatalogue::fromListing(kListing).byName("EN-US+F2")->label, "English (America)+f2");
+}
+
+TEST(VoiceCatalogue, ALanguageFallsBackOnItsBroaderForm) {
+  const VoiceCatalogue catalogue = VoiceCatalogue::fromListing(kListing);
+  EXPECT_EQ(catalogue.byLanguage("de-AT")->engine, "gmw/de");
+  EXPECT_EQ(catalogue.byLanguage("en-US")->engine, "gmw/en-US");
+  EXPECT_EQ(catalogue.byLanguage("en-NZ-x-kiwi")->engine, "gmw/en-US");
+  EXPECT_FALSE(catalogue.byLanguage("xx-YY"));
+  EXPECT_FALSE(catalogue.byLanguage("-"));
+  EXPECT_FALSE(catalogue.byLanguage(""));
+}
+
+TEST(VoiceCatalogue, AnEmptyListingHasNoVoices) {
+  EXPECT_TRUE(VoiceCatalogue::fromListing("").voices().empty());
+  EXPECT_FALSE(VoiceCatalogue::fromListing("").byName("de"));
+}
+
+}  // namespace
+}  // namespace speech::service
