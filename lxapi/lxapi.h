@@ -7,7 +7,7 @@
 // below, name the DLL liblxapi.dll and put it beside speech.dll.
 //
 //   LXAPI_Init();
-//   uint32_t engine = LXAPI_GetEngine("English (America)", "M");
+//   uint32_t engine = LXAPI_GetEngine("English (America)", "Male");
 //   uint32_t tts = LXAPI_CreateHandle();
 //   LXAPI_SetEngineHandle(tts, engine);
 //   LXAPI_LoadEngine(engine);
@@ -44,11 +44,12 @@ enum LxResult {
   LX_ERROR_NOT_LOADED = -5,         ///< No engine is bound, or it is not loaded.
   LX_ERROR_BUSY = -6,               ///< The handle is already speaking.
   LX_ERROR_UNKNOWN_ATTRIBUTE = -7,  ///< No such attribute, information number or internal function.
-  LX_ERROR_UNSUPPORTED = -8,        ///< The file code is not served; nothing was written.
-  LX_ERROR_FILE = -9,               ///< A file could not be opened, read or written.
-  LX_ERROR_DEVICE = -10,            ///< The sound device could not be opened.
-  LX_ERROR_MEMORY = -11,            ///< Out of memory.
-  LX_ERROR_NOT_STARTED = -12        ///< LXAPI_Init has not been called.
+  LX_ERROR_UNSUPPORTED =
+      -8,              ///< The file code is not served (nothing was written), or the engine speaks elsewhere.
+  LX_ERROR_FILE = -9,  ///< A file could not be opened, read or written.
+  LX_ERROR_DEVICE = -10,      ///< The sound device could not be opened.
+  LX_ERROR_MEMORY = -11,      ///< Out of memory.
+  LX_ERROR_NOT_STARTED = -12  ///< LXAPI_Init has not been called.
 };
 
 /// Flags of the speak calls.

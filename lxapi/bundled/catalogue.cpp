@@ -1,0 +1,122 @@
+#include "lxapi/bundled/catalogue.h"
+
+#include <windows.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "lxapi/bundled/engines_ini.h"
+#include "lxapi/bundled/language_code.h"
+#include "lxapi/bundled/synthesizer.h"
+#include "win32/text.h"
+
+namespace lxapi {
+namespace {
+
+constexpr const wchar_t* kEngineType = L"espeak";
+constexpr const wchar_t* kMaker = L"eSpeak NG";
+
+/// The voices are of one speaker; a variant changes its formants and pitch to a woman's.
+struct Variety {
+  const wchar_t* key2;  // No capital N: hosts take that letter for an engine that must be called differently.
+  const wchar_t* gender;
+  const char* variant;
+};
+constexpr Variety kVarieties[] = {{L"Male", L"M", ""}, {L"Female", L"F", "+f2"}};
+
+constexpr std::uintmax_t kLargestIniBytes = 1'000'000;
+
+void tellDebugger(const std::string& line) {
+  OutputDebugStringW((L"liblxapi: " + speech::fromUtf8(line) + L"\n").c_str());
+}
+
+void addSynthesizerVoices(std::vector<InstalledEngine>& engines, const std::filesystem::path& folder) {
+  for (const SynthesizerVoice& voice : Synthesizer::instance().voices()) {
+    const std::string language = formatLanguageCode(voice.language);
+    for (const Variety& variety : kVarieties) {
+      InstalledEngine engine;
+      engine.key1 = speech::fromUtf8(voice.name);
+      engine.key2 = variety.key2;
+      engine.text3 = speech::fromUtf8(voice.identifier);
+      engine.text4 = folder.wstring();
+      engine.text5 = speech::fromUtf8(language);
+      engine.gender = variety.gender;
+      engine.text7 = kMaker;
+      engine.language = engine.text5;
+      engine.engineType = kEngineType;
+      engine.sampleRateHz = static_cast<int32_t>(kSynthesizerRateHz);
+      engine.synthesizerVoice = voice.identifier + variety.variant;
+      engines.push_back(std::move(engine));
+    }
+  }
+}
+
+void addListedEngines(std::vector<InstalledEngine>& engines, const std::filesystem::path& folder) {
+  const std::filesystem::path path = folder / L"engines.ini";
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  if (error) return;
+  if (size > kLargestIniBytes) return tellDebugger("engines.ini is too large to be a list of engines");
+  std::ifstream file(path, std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  EnginesIni ini = parseEnginesIni(text);
+  for (const std::string& complaint : ini.complaints) tellDebugger(complaint);
+  std::move(ini.engines.begin(), ini.engines.end(), std::back_inserter(engines));
+}
+
+std::wstring upperCase(std::wstring text) {
+  CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
+}  // namespace
+
+Catalogue::Catalogue(const std::filesystem::path& folder) {
+  if (!Synthesizer::instance().start(folder))
+    tellDebugger("no voice data in " + speech::toUtf8(folder.wstring()));
+  std::vector<InstalledEngine> found;
+  addSynthesizerVoices(found, folder);
+  addListedEngines(found, folder);
+  for (InstalledEngine& engine : found) {
+    const Keys keys(upperCase(engine.key1), upperCase(engine.key2));
+    // Two engines with the same keys could not be told apart; the first one stays.
+    if (indexes_.emplace(keys, engines_.size()).second) {
+      engines_.push_back(std::move(engine));
+    } else {
+      tellDebugger("two engines have the keys " + speech::toUtf8(engine.key1 + L", " + engine.key2));
+    }
+  }
+}
+
+std::optional<size_t> Catalogue::find(std::string_view key1, std::string_view key2) const {
+  const Keys wanted(upperCase(speech::fromThreadCodePage(key1)), upperCase(speech::fromThreadCodePage(key2)));
+  if (const auto exact = indexes_.find(wanted); exact != indexes_.end()) return exact->second;
+  // The caller's keys went through the code page, which may lack some of a name's letters: compare what is
+  // left.
+  const auto throughCodePage = [](const std::wstring& key) {
+    return speech::fromThreadCodePage(speech::toThreadCodePage(key));
+  };
+  for (const auto& [keys, index] : indexes_) {
+    if (throughCodePage(keys.second) == wanted.second && throughCodePage(keys.first) == wanted.first)
+      return index;
+  }
+  return std::nullopt;
+}
+
+std::filesystem::path libraryFolder() {
+  HMODULE module = nullptr;
+  const auto address = reinterpret_cast<const wchar_t*>(&libraryFolder);
+  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                     address, &module);
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return std::filesystem::path(path).parent_path();
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+}  // namespace lxapi

@@ -1,0 +1,68 @@
+#pragma once
+
+// Cuts a long text into pieces that the synthesizer takes one at a time.
+//
+// The synthesizer renders a piece in one go, so the size of a piece bounds the memory in use and the time for
+// which one speech keeps the synthesizer from the others. Cuts fall between sentences; only text without any
+// is cut at a comma, at a space or, as a last resort, between two characters.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lxapi {
+
+/// A range of the caller's text, in UTF-16 units.
+struct SourceRange {
+  uint32_t begin;
+  uint32_t end;
+};
+
+struct Segment {
+  std::string utf8;
+  std::u32string characters;  ///< The code points of `utf8`.
+  /// Where each code point comes from. What the caller did not write is an empty range.
+  std::vector<SourceRange> source;
+  /// True for the last piece of the text.
+  bool last = false;
+
+  void append(char32_t value, SourceRange range);
+};
+
+class Segmenter {
+ public:
+  /// @param text  valid UTF-8
+  /// @param ssml  the text is an SSML document: tags are never cut, and a piece opens again what the pieces
+  ///              before it left open
+  Segmenter(std::string text, bool ssml);
+  Segmenter(const Segmenter&) = delete;
+  Segmenter& operator=(const Segmenter&) = delete;
+
+  /// The next piece, or nothing at the end. An empty text has no piece.
+  std::optional<Segment> next();
+
+ private:
+  struct OpenTag {
+    std::string name;
+    std::string_view source;
+  };
+
+  size_t findCut() const;
+  size_t tagEnd(size_t position) const;
+  void append(Segment& segment, std::string_view piece);
+  void appendGenerated(Segment& segment, std::string_view text) const;
+  void follow(std::string_view tag);
+
+  const std::string text_;
+  const bool ssml_;
+  // Where the last tag and the last comment end: behind these no search for an end can succeed.
+  const size_t lastTagEnd_;
+  const size_t lastCommentEnd_;
+  size_t position_ = 0;
+  uint32_t utf16Position_ = 0;
+  std::vector<OpenTag> openTags_;
+};
+
+}  // namespace lxapi

@@ -1,0 +1,144 @@
+#include "lxapi/bundled/speech_renderer.h"
+
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include "lxapi/bundled/pause_shaper.h"
+#include "lxapi/bundled/segmenter.h"
+#include "lxapi/bundled/synthesizer.h"
+#include "lxapi/bundled/utf8.h"
+#include "lxapi/bundled/word_tracker.h"
+
+namespace lxapi {
+namespace {
+
+// A bookmark's name and its zero byte fill the rest of the event record.
+constexpr size_t kLongestName = sizeof(LXEVENT::name) - 1;
+
+// Amplified samples above the knee are bent towards full scale instead of being cut off at it.
+constexpr float kKnee = 24000;
+constexpr float kFullScale = 32767;
+
+int16_t amplify(int16_t sample, int32_t volume) {
+  const float wanted = static_cast<float>(sample) * static_cast<float>(volume) / 100;
+  const float magnitude = std::fabs(wanted);
+  if (volume <= 100 || magnitude <= kKnee) return static_cast<int16_t>(std::lround(wanted));
+  const float room = kFullScale - kKnee;
+  return static_cast<int16_t>(
+      std::lround(std::copysign(kKnee + room * std::tanh((magnitude - kKnee) / room), wanted)));
+}
+
+class Renderer {
+ public:
+  Renderer(const SpeechRequest& request, SpeechSink& sink)
+      : request_(request),
+        sink_(sink),
+        shaper_(kSynthesizerRateHz, [this](std::span<const int16_t> samples) { pass(samples); }) {}
+
+  int32_t run(const std::stop_token& stop) {
+    Segmenter segmenter(request_.text, request_.ssml);
+    while (std::optional<Segment> segment = segmenter.next()) {
+      if (stop.stop_requested() || !sink_.wantsMore()) return LX_ERROR_FAILED;
+      if (!renderSegment(*segment, stop)) return LX_ERROR_FAILED;
+    }
+    shaper_.flush();
+    return wanted_ ? LX_OK : LX_ERROR_FAILED;
+  }
+
+ private:
+  bool renderSegment(const Segment& segment, const std::stop_token& stop) {
+    WordTracker words(segment, request_.ssml);
+    SynthesisRequest piece;
+    piece.voice = request_.voice;
+    piece.pitch = request_.settings.pitch;
+    piece.speed = request_.settings.speed;
+    piece.ssml = request_.ssml;
+    piece.pauseAtEnd = !segment.last;
+    const bool rendered = Synthesizer::instance().render(
+        segment.utf8, piece, [&](std::span<const int16_t> samples, std::span<const SynthesizerMark> marks) {
+          size_t done = 0;
+          for (const SynthesizerMark& mark : marks) {
+            const size_t upTo = std::max(mark.sample, done);
+            write(samples.subspan(done, upTo - done));
+            done = upTo;
+            handle(mark, words);
+          }
+          write(samples.subspan(done));
+          return wanted_ && !stop.stop_requested();
+        });
+    raise(words.flush());
+    return rendered && wanted_ && !stop.stop_requested();
+  }
+
+  void handle(const SynthesizerMark& mark, WordTracker& words) {
+    const uint64_t frame = shaper_.position();
+    switch (mark.kind) {
+      case SynthesizerMark::Kind::Word:
+        raise(words.word(mark.characterPosition, mark.characterCount, frame));
+        break;
+      case SynthesizerMark::Kind::Sentence:
+        raise(words.flush());
+        raise(words.sentence(mark.characterPosition, frame));
+        break;
+      case SynthesizerMark::Kind::Bookmark: {
+        raise(words.flush());
+        SpeechEvent event;
+        event.frame = frame;
+        event.number = LX_EVENT_BOOKMARK;
+        event.name = utf8Prefix(mark.name != nullptr ? mark.name : "", kLongestName);
+        sink_.event(event);
+        break;
+      }
+      case SynthesizerMark::Kind::ClauseEnd:
+        raise(words.flush());
+        endClause(words.pauseAt(mark.characterPosition));
+        break;
+    }
+  }
+
+  void endClause(WordTracker::Pause pause) {
+    // A closing tag behind a sentence ends the same clause once more.
+    if (!spoken_) return;
+    spoken_ = false;
+    if (pause == WordTracker::Pause::Sentence) shaper_.endClause(request_.settings.sentencePauseMs);
+    if (pause == WordTracker::Pause::Comma) shaper_.endClause(request_.settings.commaPauseMs);
+  }
+
+  void write(std::span<const int16_t> samples) {
+    if (samples.empty()) return;
+    spoken_ = true;
+    shaper_.write(samples);
+  }
+
+  void raise(const std::optional<SpeechEvent>& event) {
+    if (event) sink_.event(*event);
+  }
+
+  void pass(std::span<const int16_t> samples) {
+    if (!wanted_) return;
+    const int32_t volume = request_.settings.volume;
+    if (volume == kVolumeRange.normal) {
+      wanted_ = sink_.samples(samples);
+      return;
+    }
+    amplified_.clear();
+    for (const int16_t sample : samples) amplified_.push_back(amplify(sample, volume));
+    wanted_ = sink_.samples(amplified_);
+  }
+
+  const SpeechRequest& request_;
+  SpeechSink& sink_;
+  PauseShaper shaper_;
+  std::vector<int16_t> amplified_;
+  bool spoken_ = false;
+  bool wanted_ = true;
+};
+
+}  // namespace
+
+int32_t renderSpeech(const SpeechRequest& request, SpeechSink& sink, const std::stop_token& stop) {
+  return Renderer(request, sink).run(stop);
+}
+
+}  // namespace lxapi

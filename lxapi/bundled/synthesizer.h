@@ -1,0 +1,78 @@
+#pragma once
+
+// eSpeak NG as an object: its voices, and one piece of text at a time turned into samples and marks.
+//
+// eSpeak NG keeps its state in globals, so there is one synthesizer in the process and every call of it goes
+// through one lock, taken in the order of asking and held while one piece is computed, never while one is
+// played.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "lxapi/bundled/fair_mutex.h"
+
+namespace lxapi {
+
+inline constexpr uint32_t kSynthesizerRateHz = 22050;
+
+struct SynthesizerVoice {
+  std::string name;        ///< UTF-8, as users know it.
+  std::string identifier;  ///< As the synthesizer knows it.
+  std::string language;    ///< As the synthesizer writes it, for instance "en-us".
+};
+
+/// What the synthesizer reports at a place in the samples.
+struct SynthesizerMark {
+  enum class Kind { Word, Sentence, Bookmark, ClauseEnd };
+  Kind kind;
+  size_t sample;              ///< Index into the samples that the mark comes with; at most their number.
+  int64_t characterPosition;  ///< In code points of the piece, from 1.
+  int32_t characterCount;
+  const char* name;  ///< Of a bookmark, UTF-8.
+};
+
+struct SynthesisRequest {
+  std::string voice;  ///< An identifier of `voices`, with "+" and a variant's name where one is wanted.
+  int32_t pitch = 100;
+  int32_t speed = 100;
+  bool ssml = false;
+  bool phonemes = false;  ///< The text holds phonemes between "[[" and "]]".
+  bool pauseAtEnd = false;
+};
+
+class Synthesizer {
+ public:
+  /// Takes samples and the marks among them, in order; returns false to abort.
+  using Sink = std::function<bool(std::span<const int16_t>, std::span<const SynthesizerMark>)>;
+
+  static Synthesizer& instance();
+
+  /// Starts eSpeak NG on the folder that holds "espeak-ng-data"; does nothing when it is already running.
+  bool start(const std::filesystem::path& folder);
+
+  /// Every voice that needs no further program.
+  std::vector<SynthesizerVoice> voices();
+
+  /// For instance "1.52.0". Empty while not started.
+  std::string version() const;
+
+  /// Renders a piece of valid UTF-8 without zero bytes. `sink` runs on the calling thread, under the lock.
+  /// @return false when the voice cannot be loaded or the synthesizer fails; true also when `sink` aborted
+  bool render(const std::string& utf8, const SynthesisRequest& request, const Sink& sink);
+
+ private:
+  Synthesizer() = default;
+
+  bool selectVoice(const std::string& voice);
+
+  mutable FairMutex mutex_;
+  bool started_ = false;
+  std::string currentVoice_;
+};
+
+}  // namespace lxapi

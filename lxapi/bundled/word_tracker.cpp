@@ -1,0 +1,161 @@
+#include "lxapi/bundled/word_tracker.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "lxapi/bundled/utf8.h"
+
+namespace lxapi {
+namespace {
+
+// How far off the synthesizer's positions are at most, in characters, and how long an entity such as "&amp;"
+// is.
+constexpr size_t kPositionSlack = 2;
+constexpr size_t kLongestEntity = 10;
+
+bool isApostrophe(char32_t value) { return value == '\'' || value == 0x2019; }
+
+bool startsWith(std::u32string_view text, std::u32string_view prefix) { return text.starts_with(prefix); }
+
+}  // namespace
+
+std::optional<SpeechEvent> WordTracker::word(int64_t position, int32_t count, uint64_t frame) {
+  const std::optional<size_t> begin = locate(position);
+  if (!begin) return std::nullopt;
+  const size_t wordCount = static_cast<size_t>(std::max(count, 1));
+  const size_t end = *begin + std::min(wordCount, segment_.characters.size() - *begin);
+  std::optional<SpeechEvent> before;
+  if (pending_) {
+    if (*begin < pending_->end) return std::nullopt;
+    before = finish(*begin);
+  }
+  pending_ = Word{*begin, end, frame};
+  return before;
+}
+
+std::optional<SpeechEvent> WordTracker::flush() {
+  return pending_ ? finish(segment_.characters.size()) : std::nullopt;
+}
+
+/// Index of the character that a word mark means, or nothing where no word is.
+std::optional<size_t> WordTracker::locate(int64_t position) const {
+  const std::u32string& text = segment_.characters;
+  if (position < 1 || static_cast<uint64_t>(position) > text.size()) return std::nullopt;
+  size_t index = static_cast<size_t>(position) - 1;
+  if (isSpace(text[index]) || tagBegin(index)) return std::nullopt;
+  if (ssml_ && text[index] == ';') {
+    const size_t from = index > kLongestEntity ? index - kLongestEntity : 0;
+    const size_t ampersand = text.rfind(U'&', index);
+    if (ampersand != std::u32string::npos && ampersand >= from) index = ampersand;
+  }
+  const size_t bound = std::max(lastEnd_, pending_ ? pending_->end : 0);
+  for (size_t step = 0; step < kPositionSlack && index > bound; ++step, --index) {
+    if (!isWordCharacter(text[index]) || !isWordCharacter(text[index - 1])) break;
+  }
+  // Text that stands for a replaced word is one word to the caller.
+  if (index < bound || segment_.source[index].begin == segment_.source[index].end) return std::nullopt;
+  return index;
+}
+
+/// Ends the waiting word at the end of its letters, before `limit`.
+std::optional<SpeechEvent> WordTracker::finish(size_t limit) {
+  const std::u32string& text = segment_.characters;
+  const auto [begin, reportedEnd, frame] = *pending_;
+  pending_.reset();
+  size_t end = reportedEnd;
+  while (end < limit) {
+    const bool joined = isApostrophe(text[end]) && end + 1 < limit && isWordCharacter(text[end + 1]);
+    if (!isWordCharacter(text[end]) && !joined) break;
+    ++end;
+  }
+  while (end > begin + 1 && (isSpace(text[end - 1]) || tagBegin(end - 1))) --end;
+  lastEnd_ = end;
+  return makeEvent(LX_EVENT_WORD, begin, end, frame);
+}
+
+SpeechEvent WordTracker::makeEvent(LxEventNumber number, size_t begin, size_t end, uint64_t frame) const {
+  SpeechEvent event;
+  event.frame = frame;
+  event.number = number;
+  event.offset = segment_.source[begin].begin;
+  event.length = std::max(segment_.source[end - 1].end, event.offset) - event.offset;
+  return event;
+}
+
+std::optional<SpeechEvent> WordTracker::sentence(int64_t position, uint64_t frame) const {
+  const std::optional<size_t> begin = locate(position);
+  if (!begin) return std::nullopt;
+  const std::u32string& text = segment_.characters;
+  size_t end = *begin + 1;
+  bool ended = false;
+  for (size_t index = *begin; index < text.size() && !(ended && isSpace(text[index])); ++index) {
+    if (const std::optional<size_t> tag = tagEnd(index)) {
+      index = *tag - 1;
+      continue;
+    }
+    if (!isSpace(text[index])) end = index + 1;
+    ended = isSentenceEnd(text[index]) || (ended && isClosing(text[index]));
+  }
+  return makeEvent(LX_EVENT_SENTENCE, *begin, end, frame);
+}
+
+WordTracker::Pause WordTracker::pauseAt(int64_t position) const {
+  const std::u32string& text = segment_.characters;
+  size_t index = std::min(static_cast<size_t>(std::max<int64_t>(position, 0)), text.size());
+  if (segment_.last && !hasWordsFrom(index)) return Pause::None;
+  size_t lineEnds = 0;
+  while (index > 0) {
+    const char32_t before = text[index - 1];
+    if (const std::optional<size_t> tag = tagBegin(index - 1)) {
+      const std::u32string_view rest = std::u32string_view(text).substr(*tag);
+      if (startsWith(rest, U"<break")) return Pause::None;
+      for (const std::u32string_view structure : {U"<p>", U"</p", U"<s>", U"</s"}) {
+        if (startsWith(rest, structure)) return Pause::Sentence;
+      }
+      index = *tag;
+      continue;
+    }
+    if (isSentenceEnd(before)) return Pause::Sentence;
+    if (isClauseEnd(before)) return Pause::Comma;
+    if (before == '\n' && ++lineEnds == 2) return Pause::Sentence;
+    if (!isSpace(before) && !isClosing(before)) return Pause::None;
+    --index;
+  }
+  return Pause::None;
+}
+
+/// Where the tag begins that holds the character at `index`, or nothing outside of tags.
+std::optional<size_t> WordTracker::tagBegin(size_t index) const {
+  if (!ssml_) return std::nullopt;
+  const std::u32string& text = segment_.characters;
+  if (text[index] != '>' && text[index] != '<') {
+    const size_t bracket = text.find_last_of(U"<>", index);
+    if (bracket == std::u32string::npos || text[bracket] == '>') return std::nullopt;
+    return bracket;
+  }
+  const size_t begin = text.rfind(U'<', index);
+  return begin == std::u32string::npos ? std::nullopt : std::optional(begin);
+}
+
+/// Where the tag ends that starts at `index`, or nothing where none starts.
+std::optional<size_t> WordTracker::tagEnd(size_t index) const {
+  const std::u32string& text = segment_.characters;
+  if (!ssml_ || text[index] != '<') return std::nullopt;
+  const size_t end = text.find(U'>', index);
+  return end == std::u32string::npos ? text.size() : end + 1;
+}
+
+bool WordTracker::hasWordsFrom(size_t index) const {
+  const std::u32string& text = segment_.characters;
+  if (index < text.size()) index = tagBegin(index).value_or(index);
+  while (index < text.size()) {
+    if (const std::optional<size_t> tag = tagEnd(index)) {
+      index = *tag;
+    } else if (isWordCharacter(text[index++])) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace lxapi
