@@ -11,6 +11,7 @@ constinit std::atomic<HWND> g_hostWindow = nullptr;
 constinit std::atomic<UINT> g_noticeMessage = 0;
 constinit std::atomic<std::uint32_t> g_eventTtsHandle = 0;
 constinit std::atomic<bool> g_eventForwarding = false;
+constinit std::atomic<bool> g_endNoticeHeld = false;
 
 void postNotice(WPARAM wParam, LPARAM lParam) {
   PostMessageW(g_hostWindow.load(std::memory_order_relaxed), g_noticeMessage.load(std::memory_order_relaxed),

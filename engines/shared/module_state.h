@@ -36,6 +36,8 @@ extern std::atomic<UINT> g_noticeMessage;
 extern std::atomic<std::uint32_t> g_eventTtsHandle;
 /// Local engine events are forwarded only while it is true; every construction sets it.
 extern std::atomic<bool> g_eventForwarding;
+/// While it is true, as it is while the cloud engine is paused, its player posts no end notice.
+extern std::atomic<bool> g_endNoticeHeld;
 
 /// Posts a notice to the host window, from any thread.
 void postNotice(WPARAM wParam, LPARAM lParam);

@@ -153,7 +153,7 @@ TEST_F(WavReading, SurvivesDamagedFiles) {
   std::mt19937 random(20);
   const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random()) % limit; };
   int refused = 0;
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 500; ++round) {
     std::string damaged = sound;
     for (std::size_t changes = 1 + below(4); changes > 0; --changes) {
       damaged[below(80)] = interesting[below(interesting.size())];
@@ -165,8 +165,8 @@ TEST_F(WavReading, SurvivesDamagedFiles) {
     ASSERT_LE(decoder_.payloadSize(), damaged.size()) << "round " << round;
     refused += result != CDecoder::kOpened;
   }
-  EXPECT_GT(refused, 100);
-  EXPECT_LT(refused, 1900);
+  EXPECT_GT(refused, 50);
+  EXPECT_LT(refused, 450);
 }
 
 }  // namespace
