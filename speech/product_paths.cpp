@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "win32/known_folders.h"
@@ -25,9 +26,15 @@ CStringW perEnginePart(const CStringW& languageCode) {
   return part;
 }
 
+/// Asked once: the shell takes milliseconds, and every product needs it.
+const std::optional<std::wstring>& userDocuments() {
+  static const std::optional<std::wstring> folder = documentsFolder();
+  return folder;
+}
+
 /// The user's own dictionary folder, created when missing; empty when the documents folder is unknown.
 CStringW userDictionaryFolder() {
-  const auto documents = documentsFolder();
+  const auto& documents = userDocuments();
   if (!documents) return {};
   const CStringW folder = CStringW(documents->c_str()) + kProgramFolder + L"\\UserDict";
   CreateDirectoryW(folder, nullptr);
@@ -58,7 +65,7 @@ ProductPaths productPaths(const CStringW& engineFolder, const CStringW& engineTy
 }
 
 void createUserFolders() {
-  const auto documents = documentsFolder();
+  const auto& documents = userDocuments();
   if (!documents) return;
   const std::wstring folder = *documents + kProgramFolder;
   CreateDirectoryW(folder.c_str(), nullptr);

@@ -110,8 +110,8 @@ bool Synthesizer::start(const std::filesystem::path& folder) {
 
 std::vector<SynthesizerVoice> Synthesizer::voices() {
   const std::lock_guard guard(mutex_);
-  std::vector<SynthesizerVoice> result;
-  if (!started_) return result;
+  // Listed once: it reads every voice's file.
+  if (!started_ || !voices_.empty()) return voices_;
   for (const espeak_VOICE** voice = espeak_ListVoices(nullptr); *voice != nullptr; ++voice) {
     const std::string identifier = (*voice)->identifier;
     // Voices of a program that is not here.
@@ -119,9 +119,9 @@ std::vector<SynthesizerVoice> Synthesizer::voices() {
     std::string name = (*voice)->name;
     name.erase(name.find_last_not_of(' ') + 1);
     // The first byte of the languages is the voice's priority for the one that follows.
-    result.push_back({std::move(name), identifier, (*voice)->languages + 1});
+    voices_.push_back({std::move(name), identifier, (*voice)->languages + 1});
   }
-  return result;
+  return voices_;
 }
 
 std::string Synthesizer::version() const {

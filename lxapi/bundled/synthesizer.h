@@ -73,6 +73,7 @@ class Synthesizer {
   mutable FairMutex mutex_;
   bool started_ = false;
   std::string currentVoice_;
+  std::vector<SynthesizerVoice> voices_;
 };
 
 }  // namespace lxapi
