@@ -58,6 +58,18 @@ class SoundMonitor:
                 return moment - (seen - index) / RATE
         raise IndexError(index)
 
+    def sound_moments(self):
+        """The moments, a millisecond apart, at which something was heard."""
+        samples, moments = self.samples(), []
+        step, start = RATE // 1000, 0
+        for moment, data in list(self._chunks):
+            end = start + len(data) // BYTES_PER_SAMPLE
+            for index in range(start, end, step):
+                if wav_measure.peak(samples[index:min(index + step, end)]) > wav_measure.SILENCE_PEAK:
+                    moments.append(moment - (end - index) / RATE)
+            start = end
+        return moments
+
     def first_sound(self):
         """The moment (time.monotonic) at which sound began, or None."""
         span = wav_measure.sound_span(self.samples())
