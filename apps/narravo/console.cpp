@@ -80,14 +80,14 @@ std::string readInput() {
   std::string text;
   std::array<char, 65536> block{};
   DWORD count = 0;
-  while (ReadFile(stream, block.data(), static_cast<DWORD>(block.size()), &count, nullptr) && count > 0) {
+  do {
+    if (!ReadFile(stream, block.data(), static_cast<DWORD>(block.size()), &count, nullptr)) {
+      // A pipe whose writer is gone is the ordinary end.
+      if (GetLastError() == ERROR_BROKEN_PIPE) break;
+      throw HostError(kExitFile, "standard input cannot be read");
+    }
     text.append(block.data(), count);
-  }
-  // A pipe whose writer is gone is the ordinary end.
-  const DWORD error = GetLastError();
-  if (count != 0 || (error != ERROR_SUCCESS && error != ERROR_BROKEN_PIPE && error != ERROR_HANDLE_EOF)) {
-    throw HostError(kExitFile, "standard input cannot be read");
-  }
+  } while (count > 0);
   return text;
 }
 

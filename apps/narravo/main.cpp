@@ -34,18 +34,14 @@ constexpr const char* kExitCodeHelp =
 
 int runCommandLine(std::vector<std::string> arguments) {
   CLI::App program("Speaks text and saves speech as WAV files.", "narravo");
+  program.allow_windows_style_options(false);  // under Wine a file's name may begin with a slash
   program.require_subcommand(1);
-  program.set_help_all_flag("--help-all", "Print the help of every command and exit");
+  program.footer(kExitCodeHelp);  // the commands inherit it
   for (const auto add : kAddCommand) add(program);
-  program.footer(kExitCodeHelp);
-  for (CLI::App* const command : program.get_subcommands(nullptr)) command->footer(kExitCodeHelp);
 
   try {
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order that CLI11 consumes
     program.parse(reversed);
-    return kExitOk;
-  } catch (const CLI::CallForAllHelp&) {
-    writeOutput(program.help("", CLI::AppFormatMode::All));
     return kExitOk;
   } catch (const CLI::CallForHelp&) {
     writeOutput(program.help());

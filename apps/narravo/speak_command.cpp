@@ -19,19 +19,26 @@ struct SpeakArguments {
   bool isVerbose = false;
 };
 
-/// Shows words on one line, as they come.
-class WordLine {
+/// Shows a text as it is heard: plain text as it stands, of marked-up text the words alone.
+class HeardText {
  public:
-  void show(std::wstring_view word) {
-    writeOutput(isEmpty_ ? std::wstring(word) : L" " + std::wstring(word));
+  explicit HeardText(bool isSsml) : isSsml_(isSsml) {}
+
+  void show(const SpeechProgress::Step& step) {
+    writeOutput(isSsml_ ? separator() + std::wstring(step.word) : std::wstring(step.wordInContext));
     isEmpty_ = false;
   }
-  void end() {
+
+  /// @param rest  what was not announced word by word: the last punctuation
+  void end(std::wstring_view rest) {
+    if (!isEmpty_ && !isSsml_) writeOutput(rest.substr(0, rest.find_last_not_of(L" \t\r\n") + 1));
     if (!isEmpty_) writeOutput(L"\n");
-    isEmpty_ = true;
   }
 
  private:
+  std::wstring separator() const { return isEmpty_ ? L"" : L" "; }
+
+  bool isSsml_;
   bool isEmpty_ = true;
 };
 
@@ -44,12 +51,12 @@ void speak(const SpeakArguments& arguments) {
   tell("voice " + session.voice().name + ", " + session.voice().language);
 
   SpeechProgress progress(text, session.isCloud());
-  WordLine line;
+  HeardText shown(arguments.isSsml);
   bool hasFailed = false;
   HostWindow& window = session.window();
   window.onNotice([&](WPARAM wParam, LPARAM lParam) {
     const SpeechProgress::Step step = progress.read(wParam, lParam);
-    if (step.kind == SpeechProgress::Kind::kWord) line.show(step.word);
+    if (step.kind == SpeechProgress::Kind::kWord) shown.show(step);
     hasFailed = step.kind == SpeechProgress::Kind::kFailed;
     if (hasFailed || step.kind == SpeechProgress::Kind::kEnded) window.finish();
   });
@@ -61,7 +68,7 @@ void speak(const SpeakArguments& arguments) {
   }
   tell("accepted");
   const bool wasHeard = window.run();
-  line.end();
+  shown.end(wasHeard && !hasFailed ? progress.rest() : std::wstring_view());
   if (!wasHeard) throw HostError(kExitInterrupted, "interrupted");
   if (hasFailed) session.reportRefusal("the speech failed");
   tell("finished");

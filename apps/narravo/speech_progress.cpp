@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwctype>
+#include <utility>
 
 #include <speech/notices.h>
 
@@ -10,9 +11,9 @@ namespace narravo {
 SpeechProgress::Step SpeechProgress::read(WPARAM wParam, LPARAM lParam) {
   using namespace speech;
   if (isCloud_) {
-    if (wParam == kNoticePlaybackStarted) return {Kind::kStarted, {}};
-    if (wParam == kNoticePlaybackEnded) return {Kind::kEnded, {}};
-    return {wParam == kNoticeFinishedOrFailed ? Kind::kFailed : Kind::kOther, {}};
+    if (wParam == kNoticePlaybackStarted) return {Kind::kStarted, {}, {}};
+    if (wParam == kNoticePlaybackEnded) return {Kind::kEnded, {}, {}};
+    return {wParam == kNoticeFinishedOrFailed ? Kind::kFailed : Kind::kOther, {}, {}};
   }
 
   const std::size_t offset = wParam;
@@ -20,12 +21,13 @@ SpeechProgress::Step SpeechProgress::read(WPARAM wParam, LPARAM lParam) {
   // text has one there and nothing behind it was heard yet.
   if (wParam == kNoticeFinishedOrFailed && lParam == kDetailFinishedOrFailed &&
       !(heardUpTo_ <= offset && isOneLetterWord(offset))) {
-    return {Kind::kEnded, {}};
+    return {Kind::kEnded, {}, {}};
   }
-  if (lParam <= 0 || offset >= text_.size()) return {Kind::kOther, {}};
+  if (lParam <= 0 || offset >= text_.size()) return {Kind::kOther, {}, {}};
   const std::wstring_view word = text_.substr(offset, static_cast<std::size_t>(lParam));
-  heardUpTo_ = std::max(heardUpTo_, offset + word.size());
-  return {Kind::kWord, word};
+  const std::size_t end = offset + word.size();
+  const std::size_t begin = std::exchange(heardUpTo_, std::max(heardUpTo_, end));
+  return {Kind::kWord, word, text_.substr(std::min(begin, end), end - std::min(begin, end))};
 }
 
 bool SpeechProgress::isOneLetterWord(std::size_t offset) const {

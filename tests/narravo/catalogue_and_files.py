@@ -26,7 +26,7 @@ class Voices(HostTest):
         for voice in local:
             self.assertIn(voice["GENDER"], ("FEMALE", "MALE"))
             self.assertEqual(voice["RATE"], "22050")
-            self.assertRegex(voice["LANGUAGE"], r"\A[a-z]{2,3}(-[A-Za-z0-9]+)*\Z")
+            self.assertRegex(voice["LANGUAGE"], r"\A[a-z]{2,8}(-[A-Za-z0-9]+)*\Z")
         female = sum(voice["GENDER"] == "FEMALE" for voice in local)
         self.assertEqual(2 * female, len(local))
 

@@ -98,9 +98,21 @@ TEST(Progress, ShowsEachWordAndThenTheEnd) {
   const std::wstring text = L"Hello, world.";
   SpeechProgress progress(text, false);
   EXPECT_EQ(progress.read(0, 5).word, L"Hello");
-  EXPECT_EQ(progress.read(7, 5).word, L"world");
+  const SpeechProgress::Step second = progress.read(7, 5);
+  EXPECT_EQ(second.word, L"world");
+  EXPECT_EQ(second.wordInContext, L", world");
+  EXPECT_EQ(progress.rest(), L".");
   EXPECT_EQ(progress.read(speech::kNoticeFinishedOrFailed, speech::kDetailFinishedOrFailed).kind,
             Kind::kEnded);
+}
+
+TEST(Progress, ShowsAWordAgainWithoutItsContext) {
+  SpeechProgress progress(L"one two three", false);
+  progress.read(4, 3);
+  const SpeechProgress::Step earlier = progress.read(0, 3);
+  EXPECT_EQ(earlier.word, L"one");
+  EXPECT_EQ(earlier.wordInContext, L"");
+  EXPECT_EQ(progress.rest(), L" three");
 }
 
 TEST(Progress, KeepsWordsInsideTheText) {

@@ -51,7 +51,7 @@ class Speaking(HostTest):
               f"the program ended {1000 * (ended - monitor.last_sound()):.0f} ms after the last sound; "
               f"heard {heard:.2f} s, saved {saved:.2f} s")
         self.assertAlmostEqual(heard, saved, delta=0.1 * saved)
-        self.assertEqual(shown.split(), "Hello world This is a test of the speech".split())
+        self.assertEqual(shown, text + "\n")
 
     def test_shows_words_while_they_are_heard(self):
         process = narravo_program.start("speak", "One two three four five six seven eight nine ten eleven twelve")
@@ -68,16 +68,13 @@ class Speaking(HostTest):
 
     def test_shows_words_beyond_ascii(self):
         text = "Žluťoučký kůň 😀 úpěl"
-        shown = self.assert_runs("speak", "--voice", "cs", text)
-        for word in ("Žluťoučký", "kůň", "úpěl"):
-            self.assertIn(word, shown.split())
+        self.assertEqual(self.assert_runs("speak", "--voice", "cs", text), text + "\n")
 
     def test_speaks_ssml(self):
         with SoundMonitor() as monitor:
             shown = self.assert_runs("speak", "--ssml", '<speak>Hello <break time="900ms"/> world</speak>')
             time.sleep(0.5)
-        self.assertIn("Hello", shown)
-        self.assertNotIn("break", shown)
+        self.assertEqual(shown, "Hello world\n")
         self.assertGreater(wav_measure.heard_seconds(monitor.wav()), 1.3)
 
     def test_stops_at_once_on_interrupt(self):
@@ -98,7 +95,10 @@ class Speaking(HostTest):
 
     def test_reports_a_missing_sound_device(self):
         environment = dict(os.environ, PULSE_SERVER="unix:/nonexistent", ALSA_CONFIG_PATH=os.devnull)
-        self.assertIn("sound device", self.assert_fails(EXIT_ENGINE, "speak", "Hello", env=environment))
+        code, _, errors = narravo_program.run("speak", "Hello", env=environment)
+        self.assertEqual(code, EXIT_ENGINE)
+        # The line before it may be the sound system's own.
+        self.assertRegex(errors.splitlines()[-1], r"\Anarravo: .*sound device")
 
 
 if __name__ == "__main__":
