@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "engines/cloud/skyvo.h"
 #include "engines/local/orvane_lxapi.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/module_state.h"
@@ -11,9 +12,9 @@ using speech::guarded;
 
 namespace {
 
-/// The engine that serves a product; null when none does.
+/// The engine that serves a product.
 ITextToSpeech* makeEngine(LXAPIProduct* product) {
-  if (product->getEngineType().CompareNoCase(L"skyvo") == 0) return nullptr;
+  if (product->getEngineType().CompareNoCase(L"skyvo") == 0) return new speech::Skyvo(product);
   return new speech::OrvaneLXAPI(product);
 }
 
@@ -48,7 +49,6 @@ ITextToSpeech* ITextToSpeech::getInstance(HWND window, UINT message, LXAPIProduc
       delete std::exchange(speech::g_currentInstance, nullptr);
     }
     ITextToSpeech* const engine = makeEngine(product);
-    if (engine == nullptr) return nullptr;
     // Kept: an engine that fails to initialise stays the current one; the next call disposes of it.
     speech::g_currentInstance = engine;
     if (!engine->initialize()) return nullptr;
