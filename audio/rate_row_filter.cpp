@@ -50,7 +50,8 @@ RowFilter::RowFilter(const FilterSetting& setting, const Kernels& kernels)
   }
   const bool carries = planCarryOver();
   const bool exact = (setting.coefStep & kInterpMask) == 0;
-  const bool unity = exact && !carries && rows_.taps == kernels.unityTaps && rows_.wideTaps == kernels.lanes;
+  const bool unity = setting.coefStep == kPhaseOne && !carries && rows_.taps == kernels.unityTaps &&
+                     rows_.wideTaps == kernels.lanes;
   rowSums_ = unity ? kernels.unityRowSums : exact ? kernels.exactRowSums : kernels.rowSums;
 }
 

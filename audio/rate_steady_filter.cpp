@@ -120,12 +120,13 @@ void SteadyFilter::produceInside(const WorkBuffer& work, std::uint32_t clock,
     const SteadyPhase steady{coef_.data() + phase.begin, place_.data() + phase.begin,
                              carryOver_.data() + phase.begin, phase.taps, phase.wholeTaps};
     const std::int16_t* place = columns + centre / columnCount_;
-    for (std::size_t next = first; next < output.size(); place += kernels_.steadyRun) {
+    const std::size_t count = (output.size() - first + phaseStride - 1) / phaseStride;
+    const auto run = static_cast<std::size_t>(kernels_.steadyRun);
+    for (std::size_t made = 0; made < count; made += run, place += run) {
       kernels_.steadySums(steady, place, sums.data());
       kernels_.finish(sums.data(), kernels_.steadyRun, setting_.gain, samples.data());
-      for (std::int32_t i = 0; i < kernels_.steadyRun && next < output.size(); ++i, next += phaseStride) {
-        output[next] = samples[static_cast<std::size_t>(i)];
-      }
+      std::int16_t* to = output.data() + first + made * phaseStride;
+      for (std::size_t i = 0; i < std::min(run, count - made); ++i) to[i * phaseStride] = samples[i];
     }
   }
 }

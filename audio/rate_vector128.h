@@ -22,11 +22,13 @@ struct Vector128 {
 
   static Type zero() { return _mm_setzero_si128(); }
   static Type splat(std::int16_t value) { return _mm_set1_epi16(value); }
+  static Type splat32(std::int32_t value) { return _mm_set1_epi32(value); }
   static Type load(const std::int16_t* from) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
   }
 
   static Type add16(Type a, Type b) { return _mm_add_epi16(a, b); }
+  static Type sub16(Type a, Type b) { return _mm_sub_epi16(a, b); }
   static Type add32(Type a, Type b) { return _mm_add_epi32(a, b); }
   static Type mulHigh(Type a, Type b) { return _mm_mulhi_epi16(a, b); }
   static Type mulLow(Type a, Type b) { return _mm_mullo_epi16(a, b); }
@@ -36,6 +38,21 @@ struct Vector128 {
   static Type withoutSign(Type v) { return _mm_and_si128(v, _mm_set1_epi16(0x7FFF)); }
   static Type select(Type mask, Type where, Type otherwise) {
     return _mm_or_si128(_mm_and_si128(mask, where), _mm_andnot_si128(mask, otherwise));
+  }
+
+  /// Four 32-bit clocks, one output sample apart.
+  static Type fourSteps(std::uint32_t clock, std::uint32_t step) {
+    return _mm_set_epi32(static_cast<int>(clock + 3 * step), static_cast<int>(clock + 2 * step),
+                         static_cast<int>(clock + step), static_cast<int>(clock));
+  }
+  /// (clock & 127) << 8 of each, twice.
+  static Type fractionPairs(Type clocks) {
+    const Type fractions = _mm_and_si128(_mm_slli_epi32(clocks, 8), _mm_set1_epi32(0x7F00));
+    return _mm_or_si128(fractions, _mm_slli_epi32(fractions, 16));
+  }
+  template <int kIndex>
+  static Type splatPair(Type pairs) {
+    return _mm_shuffle_epi32(pairs, kIndex * 0x55);
   }
 
   /// ((v >> 13, unsigned) + 1) >> 1.
@@ -60,6 +77,13 @@ struct Vector128 {
     const Type cd = add32(_mm_unpacklo_epi32(c, d), _mm_unpackhi_epi32(c, d));
     const Type abcd = add32(_mm_unpacklo_epi64(ab, cd), _mm_unpackhi_epi64(ab, cd));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), abcd);
+  }
+
+  /// Eight 16-bit numbers as 32-bit ones.
+  static void widenTo(std::int32_t* to, Type v) {
+    const Type sign = signMask(v);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_unpacklo_epi16(v, sign));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to) + 1, _mm_unpackhi_epi16(v, sign));
   }
 
   /// Adds eight 16-bit numbers to eight 32-bit ones.

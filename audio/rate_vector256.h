@@ -16,11 +16,13 @@ struct Vector256 {
 
   static Type zero() { return _mm256_setzero_si256(); }
   static Type splat(std::int16_t value) { return _mm256_set1_epi16(value); }
+  static Type splat32(std::int32_t value) { return _mm256_set1_epi32(value); }
   static Type load(const std::int16_t* from) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
   }
 
   static Type add16(Type a, Type b) { return _mm256_add_epi16(a, b); }
+  static Type sub16(Type a, Type b) { return _mm256_sub_epi16(a, b); }
   static Type add32(Type a, Type b) { return _mm256_add_epi32(a, b); }
   static Type mulHigh(Type a, Type b) { return _mm256_mulhi_epi16(a, b); }
   static Type mulLow(Type a, Type b) { return _mm256_mullo_epi16(a, b); }
@@ -29,6 +31,21 @@ struct Vector256 {
   static Type withoutSign(Type v) { return _mm256_and_si256(v, _mm256_set1_epi16(0x7FFF)); }
   static Type select(Type mask, Type where, Type otherwise) {
     return _mm256_blendv_epi8(otherwise, where, mask);
+  }
+
+  /// The four clocks in each half.
+  static Type fourSteps(std::uint32_t clock, std::uint32_t step) {
+    return _mm256_broadcastsi128_si256(
+        _mm_set_epi32(static_cast<int>(clock + 3 * step), static_cast<int>(clock + 2 * step),
+                      static_cast<int>(clock + step), static_cast<int>(clock)));
+  }
+  static Type fractionPairs(Type clocks) {
+    const Type fractions = _mm256_and_si256(_mm256_slli_epi32(clocks, 8), _mm256_set1_epi32(0x7F00));
+    return _mm256_or_si256(fractions, _mm256_slli_epi32(fractions, 16));
+  }
+  template <int kIndex>
+  static Type splatPair(Type pairs) {
+    return _mm256_shuffle_epi32(pairs, kIndex * 0x55);
   }
 
   static Type roundedTop3(Type v) { return _mm256_avg_epu16(_mm256_srli_epi16(v, 13), zero()); }
@@ -45,6 +62,12 @@ struct Vector256 {
     const Type abcd = add32(_mm256_unpacklo_epi64(ab, cd), _mm256_unpackhi_epi64(ab, cd));
     const __m128i sums = _mm_add_epi32(_mm256_castsi256_si128(abcd), _mm256_extracti128_si256(abcd, 1));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), sums);
+  }
+
+  static void widenTo(std::int32_t* to, Type v) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), _mm256_cvtepi16_epi32(_mm256_castsi256_si128(v)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(to) + 1,
+                        _mm256_cvtepi16_epi32(_mm256_extracti128_si256(v, 1)));
   }
 
   static void addTo(std::int32_t* sums, Type v) {
