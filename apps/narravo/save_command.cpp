@@ -49,7 +49,9 @@ void save(const SaveArguments& arguments) {
   unsigned char* buffer = nullptr;
   const int byteCount = session.engine().synthesizeToBuffer(text.c_str(), arguments.isSsml, &buffer);
   const std::unique_ptr<unsigned char, FreeSamples> samples(buffer);
-  if (byteCount <= 0) session.reportRefusal("the engine made no sound of the text; is it well formed?");
+  if (byteCount <= 0)
+    session.reportRefusal(
+        "the engine gave no samples; is the text well formed, and not too long for one file?");
   writeWavFile(arguments.output, {samples.get(), static_cast<std::size_t>(byteCount)},
                session.product().getSampleRateHz());
 }
