@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <deque>
 
 #include "framework/exception.h"
 #include "framework/string.h"
@@ -27,5 +27,6 @@ class CStringArray {
   void RemoveAll() { items_.clear(); }
 
  private:
-  std::vector<CStringW> items_;
+  // A deque, so that texts stay where they are while the array grows: hosts keep pointers to them.
+  std::deque<CStringW> items_;
 };

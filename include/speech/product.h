@@ -17,7 +17,7 @@
 /// What the engine library says of one voice, and what follows from it. Made and deleted by the product list.
 ///
 /// The virtual operations' order is part of the interface. Setters return the value they were given; getters
-/// return copies. A host only reads, and edits the record behind getOptions.
+/// return copies. A host only reads, and edits the record behind getOptions. Belongs to the host's thread.
 class SPEECH_API LXAPIProduct final {
  public:
   /// What the engine library reports of an installed engine.
@@ -63,12 +63,16 @@ class SPEECH_API LXAPIProduct final {
   virtual CStringW getLanguageCode() const;  ///< Such as "en-US".
   virtual CStringW setEngineType(CStringW value);
   virtual CStringW getEngineType() const;  ///< "skyvo", in any case, is a voice of the cloud service.
+  // The engine library's handles; they live as long as the list.
   virtual uint32_t setSynthHandle(uint32_t value);
   virtual uint32_t getSynthHandle() const;
   virtual uint32_t setEngineRef(uint32_t value);
   virtual uint32_t getEngineRef() const;
   /// The product's own record, not a copy.
   virtual TextToSpeech_Options* getOptions();
+  // The program that edits user dictionaries, and the dictionaries it edits: path 2 is the user's lexicon, or
+  // the word list that all users share where the engine type is "nv"; path 3 is the user's own word list.
+  // Empty where the folder is unknown.
   virtual CStringW setUserDictEditorPath(CStringW value);
   virtual CStringW getUserDictEditorPath() const;
   virtual CStringW setUserDictPath2(CStringW value);

@@ -64,6 +64,14 @@ TEST(StringArray, AnIndexOutOfRangeThrowsAPointer) {
   EXPECT_TRUE(throwsInvalidArgument([&] { array.GetAt(-1); }));
 }
 
+TEST(StringArray, TextsStayInPlaceWhileItGrows) {
+  CStringArray array;
+  array.Add(L"en-US");
+  const wchar_t* const first = array.GetAt(0);
+  for (int i = 0; i < 1000; ++i) array.Add(L"ko-KR");
+  EXPECT_EQ(array.GetAt(0).GetString(), first);
+}
+
 TEST(PointerList, WalksAndEmptiesInOrder) {
   CTypedPtrList<CPtrList, int*> list;
   int numbers[] = {1, 2, 3};
