@@ -10,7 +10,7 @@ import re
 import struct
 import sys
 
-from slots import read_slots
+from slots import FOLDER, read_slots
 
 FUNCTIONS = set("""
     LXUTIL_Initialize_WFHeader LXUTIL_Update_WFHeader LXUTIL_Write_WFHeader WAVHEADER_MAKER
@@ -19,6 +19,9 @@ FUNCTIONS = set("""
     set_endian_info FREAD FWRITE swapdata swapdata_forced get_filesize
     ExternMalloc ExternRealloc ExternFree
 """.split())
+
+# The plain C interface's header is the list of its functions.
+FUNCTIONS.update(re.findall(r"\bSPEECH_CALL (speech_\w+)\(", (FOLDER.parent.parent / "include/speech/speech_c.h").read_text()))
 
 SETTINGS = ["Speed", "Volume", "Pitch", "Pause", "CommaPause"]
 

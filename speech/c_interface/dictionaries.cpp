@@ -1,0 +1,117 @@
+// User dictionaries.
+
+#include <optional>
+
+#include "engines/shared/user_message.h"
+#include "speech/c_interface/open_engine.h"
+#include "speech/c_interface/session.h"
+#include "speech/c_interface/temporary_output.h"
+#include "speech/c_interface/text.h"
+#include "win32/file.h"
+#include "win32/text.h"
+
+namespace speech::c_interface {
+namespace {
+
+/// Keeps what the engine would tell the user in a box, for a scope: a caller of this interface tells him by
+/// its own means.
+class BoxesHeld {
+ public:
+  BoxesHeld() {
+    message_.reset();
+    setUserMessageBox([](const wchar_t* text) { message_ = toUtf8(text); });
+  }
+  BoxesHeld(const BoxesHeld&) = delete;
+  BoxesHeld& operator=(const BoxesHeld&) = delete;
+  ~BoxesHeld() { setUserMessageBox(nullptr); }
+
+  const std::optional<std::string>& message() const { return message_; }
+
+ private:
+  static inline std::optional<std::string> message_;
+};
+
+void requireLocal(const OpenEngine& engine) {
+  if (engine.isCloud()) throw Failure(SPEECH_ERROR_UNSUPPORTED);
+}
+
+bool hasContent(const std::wstring& path) {
+  const File file = openFile(path.c_str(), L"rb");
+  return file != nullptr && std::fgetc(file.get()) != EOF;
+}
+
+template <class Char>
+std::int32_t load(SpeechEngine handle, const Char* path) {
+  return answeredBy(handle, [&](OpenEngine& engine) {
+    const std::wstring wide = textOf(path);
+    requireLocal(engine);
+    if (!hasContent(wide))
+      throw Failure(SPEECH_ERROR_FILE, "The dictionary is missing or empty: " + toUtf8(wide));
+    const BoxesHeld boxes;
+    // The result says little: it is the same for every lexicon. The box tells failure from success.
+    engine.instance().loadUserDict(toThreadCodePage(narrowPath(wide)).c_str());
+    if (boxes.message()) throw Failure(SPEECH_ERROR_DICTIONARY, *boxes.message());
+  });
+}
+
+template <class Char>
+std::int32_t edit(SpeechEngine handle, const Char* path, const Char* extra) {
+  return answeredBy(handle, [&](OpenEngine& engine) {
+    const std::wstring file = textOrNone(path);
+    const std::wstring parameters = textOrNone(extra);
+    const Busy busy;
+    if (!engine.instance().runUserDictEditor(file.c_str(), parameters.c_str()))
+      throw Failure(SPEECH_ERROR_TOOL);
+  });
+}
+
+using Question = int (ITextToSpeech::*)(intptr_t);
+
+/// By SpeechDictionaryQuestion.
+constexpr Question kQuestions[] = {
+    &ITextToSpeech::getUserDictLimit,        &ITextToSpeech::checkUserDictSourceLen,
+    &ITextToSpeech::checkUserDictSourceNorm, &ITextToSpeech::checkUserDictTargetNorm,
+    &ITextToSpeech::checkUserDictTargetPhon, &ITextToSpeech::checkUserDictSubstitution,
+};
+
+}  // namespace
+}  // namespace speech::c_interface
+
+using namespace speech::c_interface;
+
+int32_t SPEECH_CALL speech_dictionary_load(SpeechEngine engine, const char* path) {
+  return load(engine, path);
+}
+
+int32_t SPEECH_CALL speech_dictionary_load_w(SpeechEngine engine, const wchar_t* path) {
+  return load(engine, path);
+}
+
+int32_t SPEECH_CALL speech_dictionary_unload(SpeechEngine engine, int32_t number) {
+  return answeredBy(engine, [&](OpenEngine& open) {
+    requireLocal(open);
+    if (open.instance().unloadUserDict(number) != 0) throw Failure(SPEECH_ERROR_DICTIONARY);
+  });
+}
+
+int32_t SPEECH_CALL speech_dictionary_ask(SpeechEngine engine, int32_t question, intptr_t argument,
+                                          int32_t* answer) {
+  return answeredBy(engine, [&](OpenEngine& open) {
+    constexpr int kNoAnswer = -1;
+    required(answer);
+    if (question < 0 || static_cast<std::size_t>(question) >= std::size(kQuestions)) {
+      throw Failure(SPEECH_ERROR_ARGUMENT);
+    }
+    const int said = (open.instance().*kQuestions[question])(argument);
+    if (said == kNoAnswer) throw Failure(SPEECH_ERROR_UNSUPPORTED);
+    *answer = said;
+  });
+}
+
+int32_t SPEECH_CALL speech_dictionary_edit(SpeechEngine engine, const char* path, const char* extra) {
+  return edit(engine, path, extra);
+}
+
+int32_t SPEECH_CALL speech_dictionary_edit_w(SpeechEngine engine, const wchar_t* path, const wchar_t* extra) {
+  return edit(engine, path, extra);
+}

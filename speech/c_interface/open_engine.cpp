@@ -1,0 +1,124 @@
+#include "speech/c_interface/open_engine.h"
+
+#include "engines/shared/module_state.h"
+#include "speech/c_interface/module_folder.h"
+#include "speech/c_interface/session.h"
+
+namespace speech::c_interface {
+
+OpenEngine::OpenEngine(SpeechEngine handle, std::int32_t voice, LXAPIProduct& product, Listener listener)
+    : handle_(handle),
+      voice_(voice),
+      product_(product),
+      isCloud_(product.getEngineType().CompareNoCase(L"skyvo") == 0),
+      listener_(listener) {}
+
+void OpenEngine::load() {
+  // Handling a message may close the engine; it must live to the end of that.
+  window_ =
+      std::make_unique<EventWindow>([weak = weak_from_this()](UINT message, WPARAM wParam, LPARAM lParam) {
+        if (const auto self = weak.lock()) self->receive(message, wParam, lParam);
+      });
+  instance_ = ITextToSpeech::getInstance(window_->handle(), EventWindow::kNotice, &product_);
+  session().own = g_currentInstance;
+  if (instance_ == nullptr) throw Failure(SPEECH_ERROR_LOAD);
+  setToolFolder(moduleFolder());
+  // An engine that lacks one of the settings speaks all the same.
+  instance_->applyOptions(*product_.getOptions());
+  product_.getOptions()->applied();
+}
+
+bool OpenEngine::isCurrent() const { return instance_ != nullptr && g_currentInstance == instance_; }
+
+void OpenEngine::setWindow(HWND window, UINT message) {
+  listener_.window = window;
+  listener_.message = message;
+}
+
+void OpenEngine::setToolFolder(std::wstring folder) {
+  if (!folder.empty() && folder.back() != L'\\' && folder.back() != L'/') folder += L'\\';
+  toolFolder_ = std::move(folder);
+  instance_->setToolFolder(toolFolder_.c_str());
+}
+
+void OpenEngine::applyOptions() {
+  TextToSpeech_Options& options = *product_.getOptions();
+  if (instance_->applyOptions(options) != 0) throw Failure(SPEECH_ERROR_REFUSED);
+  options.applied();
+}
+
+void OpenEngine::speak(std::wstring text, bool isSsml) {
+  const std::uint32_t number = ++speechNumber_;
+  window_->dropNotices();
+  serviceMessage_.clear();
+  playbackStarted_ = false;
+  spoken_ = SpokenText(std::move(text));
+  // The local engine does not announce its start, and its first word may come before it returns.
+  if (!isCloud_) window_->post(EventWindow::kStarted, number);
+
+  bool isAccepted = false;
+  {
+    const Busy busy;
+    isAccepted = instance_->speak(spoken_.text().c_str(), isSsml);
+  }
+  if (isAccepted) {
+    state_ = SPEECH_STATE_SPEAKING;
+    return;
+  }
+
+  const bool serviceFailed = window_->dropNotices() && isCloud_;
+  const std::int32_t error = serviceFailed ? SPEECH_ERROR_SERVICE : SPEECH_ERROR_REFUSED;
+  failures_.push_back({number, error, takeServiceMessage()});
+  window_->post(EventWindow::kFailed, number);
+  ++speechNumber_;  // the posted start is nobody's now
+  throw Failure(error, failures_.back().message);
+}
+
+void OpenEngine::pause() {
+  if (state_ == SPEECH_STATE_IDLE) throw Failure(SPEECH_ERROR_STATE);
+  if (state_ == SPEECH_STATE_SPEAKING) instance_->pauseResume();
+  state_ = SPEECH_STATE_PAUSED;
+}
+
+void OpenEngine::resume() {
+  if (state_ == SPEECH_STATE_IDLE) throw Failure(SPEECH_ERROR_STATE);
+  if (state_ == SPEECH_STATE_PAUSED) instance_->pauseResume();
+  state_ = SPEECH_STATE_SPEAKING;
+}
+
+void OpenEngine::stop() {
+  instance_->stop();
+  finish();
+  window_->dropNotices();
+}
+
+void OpenEngine::reload() {
+  stop();
+  if (!instance_->unloadEngine() || !instance_->loadEngine()) throw Failure(SPEECH_ERROR_LOAD);
+}
+
+void OpenEngine::requireIdle() {
+  EventWindow::deliverPending(window_->handle());
+  if (window_ == nullptr) throw Failure(SPEECH_ERROR_HANDLE);
+  if (state_ != SPEECH_STATE_IDLE) throw Failure(SPEECH_ERROR_BUSY);
+}
+
+std::string OpenEngine::takeServiceMessage() { return std::exchange(serviceMessage_, {}); }
+
+void OpenEngine::close() {
+  if (isCurrent()) {
+    instance_->stop();
+    instance_->unloadEngine();
+    ITextToSpeech::setEventHandle(nullptr);
+  }
+  abandon();
+}
+
+void OpenEngine::abandon() {
+  finish();
+  listener_ = {};
+  instance_ = nullptr;
+  window_.reset();
+}
+
+}  // namespace speech::c_interface

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <string>
+
+#include <speech/speech_c.h>
+#include <speech/text_to_speech.h>
+
+#include "speech/c_interface/event_window.h"
+#include "speech/c_interface/failure.h"
+#include "speech/c_interface/spoken_text.h"
+
+namespace speech::c_interface {
+
+/// The live engine as the C interface sees it: what it is doing, and whom its events go to.
+class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
+ public:
+  struct Listener {
+    SpeechCallback callback = nullptr;
+    void* user = nullptr;
+    HWND window = nullptr;
+    UINT message = 0;
+  };
+
+  OpenEngine(SpeechEngine handle, std::int32_t voice, LXAPIProduct& product, Listener listener);
+
+  /// Makes the module's instance for the voice. Fails when the engine cannot be loaded.
+  void load();
+
+  SpeechEngine handle() const { return handle_; }
+  std::int32_t voice() const { return voice_; }
+  LXAPIProduct& product() const { return product_; }
+  bool isCloud() const { return isCloud_; }
+  ITextToSpeech& instance() const { return *instance_; }
+  SpeechState state() const { return state_; }
+  const std::wstring& toolFolder() const { return toolFolder_; }
+
+  /// False once another instance has taken this one's place.
+  bool isCurrent() const;
+  void setWindow(HWND window, UINT message);
+  void setToolFolder(std::wstring folder);
+  void applyOptions();
+
+  void speak(std::wstring text, bool isSsml);
+  void pause();
+  void resume();
+  void stop();
+  void reload();
+
+  /// Delivers the events that are due, then fails while the engine is speaking: exports need it for
+  /// themselves. A callback may have closed the engine: fails then too.
+  void requireIdle();
+
+  /// What the service said since the last call of this, UTF-8.
+  std::string takeServiceMessage();
+  /// Forgets the notices of an export; true when the service's failure was among them.
+  bool dropNotices() const { return window_->dropNotices(); }
+
+  /// Stops and unloads; no event comes after this.
+  void close();
+  /// The same where the instance is gone already.
+  void abandon();
+
+ private:
+  struct SpeakFailure {
+    std::uint32_t number;
+    std::int32_t error;
+    std::string message;
+  };
+
+  void receive(UINT message, WPARAM wParam, LPARAM lParam);
+  void receiveNotice(WPARAM wParam, LPARAM lParam);
+  void receiveCloudNotice(WPARAM wParam);
+  void finish();
+  SpeechEvent newEvent(SpeechEventKind kind) const;
+  void deliver(SpeechEventKind kind);
+  void deliver(const SpeechEvent& event);
+
+  SpeechEngine handle_;
+  std::int32_t voice_;
+  LXAPIProduct& product_;
+  bool isCloud_;
+  Listener listener_;
+  std::wstring toolFolder_;
+  std::unique_ptr<EventWindow> window_;
+  ITextToSpeech* instance_ = nullptr;
+
+  SpeechState state_ = SPEECH_STATE_IDLE;
+  /// Counts speeches, so that a message of one that is over is recognised.
+  std::uint32_t speechNumber_ = 0;
+  /// Cloud: the end notice of a speech that was stopped can come late, but never behind the start of the
+  /// next.
+  bool playbackStarted_ = false;
+  SpokenText spoken_;
+  std::string serviceMessage_;
+  std::deque<SpeakFailure> failures_;
+};
+
+}  // namespace speech::c_interface

@@ -1,0 +1,61 @@
+#include "speech/c_interface/temporary_output.h"
+
+#include <windows.h>
+
+#include <array>
+
+#include "speech/c_interface/failure.h"
+#include "win32/text.h"
+
+namespace speech::c_interface {
+namespace {
+
+bool isNarrow(const std::wstring& path) { return fromThreadCodePage(toThreadCodePage(path)) == path; }
+
+std::wstring temporaryFolder() {
+  std::array<wchar_t, MAX_PATH + 1> folder{};
+  if (GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0) {
+    throw Failure(SPEECH_ERROR_FILE, "There is no folder for temporary files.");
+  }
+  return narrowPath(folder.data());
+}
+
+}  // namespace
+
+std::wstring narrowPath(const std::wstring& path) {
+  if (isNarrow(path)) return path;
+  std::wstring shortened(path.size() + MAX_PATH, L'\0');
+  shortened.resize(GetShortPathNameW(path.c_str(), shortened.data(), static_cast<DWORD>(shortened.size())));
+  if (shortened.empty() || !isNarrow(shortened)) {
+    throw Failure(SPEECH_ERROR_FILE, "The engine cannot open paths with these characters: " + toUtf8(path));
+  }
+  return shortened;
+}
+
+TemporaryOutput::TemporaryOutput(const wchar_t* extension) {
+  std::array<wchar_t, MAX_PATH> name{};
+  if (GetTempFileNameW(temporaryFolder().c_str(), L"spc", 0, name.data()) == 0) {
+    throw Failure(SPEECH_ERROR_FILE, "No temporary file could be made.");
+  }
+  reserved_ = name.data();
+  path_ = reserved_ + extension;
+}
+
+TemporaryOutput::~TemporaryOutput() {
+  DeleteFileW(path_.c_str());
+  DeleteFileW(reserved_.c_str());
+}
+
+bool TemporaryOutput::hasContent() const {
+  WIN32_FILE_ATTRIBUTE_DATA data = {};
+  return GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &data) &&
+         (data.nFileSizeHigh != 0 || data.nFileSizeLow != 0);
+}
+
+void TemporaryOutput::moveTo(const std::wstring& destination) {
+  if (!MoveFileExW(path_.c_str(), destination.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED)) {
+    throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination));
+  }
+}
+
+}  // namespace speech::c_interface

@@ -1,0 +1,31 @@
+#pragma once
+
+// Text that crosses the C interface. Each function exists for UTF-8 and for UTF-16, so that the two forms of
+// an exported function share one template.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace speech::c_interface {
+
+/// A caller's text. Fails for null and for malformed text.
+std::wstring textOf(const char* utf8);
+std::wstring textOf(const wchar_t* utf16);
+
+/// The same where null counts as empty.
+template <class Char>
+std::wstring textOrNone(const Char* text) {
+  return text != nullptr ? textOf(text) : std::wstring();
+}
+
+/// Copies a text, terminated, into a caller's buffer. Fails when it does not fit; `length` is set all the
+/// same.
+void handOut(std::wstring_view text, char* buffer, std::uint32_t capacity, std::uint32_t* length);
+void handOut(std::wstring_view text, wchar_t* buffer, std::uint32_t capacity, std::uint32_t* length);
+void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::uint32_t* length);
+
+/// What a service says comes in UTF-8 or in the thread's code page; the result is UTF-8.
+std::string utf8OfUnknown(std::string_view bytes);
+
+}  // namespace speech::c_interface
