@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <thread>
+#include <variant>
 
 #include "service/options.h"
 #include "service/server.h"
@@ -86,13 +87,10 @@ int serve(const Options& options, const StopSignals& signals) {
 
 int main(int argumentCount, char** arguments) {
   const StopSignals signals;
-  Options options;
-  CLI::App app("A speech service over HTTP: POST a form to /a/speak, get a WAV or an MP3 file");
-  addOptions(app, options);
-  CLI11_PARSE(app, argumentCount, arguments);
   try {
-    completeOptions(options);
-    return serve(options, signals);
+    const auto options = readOptions(argumentCount, arguments);
+    if (const int* exitCode = std::get_if<int>(&options)) return *exitCode;
+    return serve(std::get<Options>(options), signals);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "error: %s\n", error.what());
     return 1;

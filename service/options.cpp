@@ -1,10 +1,12 @@
 #include "service/options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <thread>
 
 namespace speech::service {
+namespace {
 
 void addOptions(CLI::App& app, Options& options) {
   // 24 hours of 16-bit samples at 22050 Hz are 3.8 GB; a WAV file ends at 4.29 GB.
@@ -46,6 +48,7 @@ void addOptions(CLI::App& app, Options& options) {
   app.add_flag("--list-voices", options.listVoices, "print the voices and their varieties, then end");
 }
 
+// Fills what was left to be chosen by the machine.
 void completeOptions(Options& options) {
   if (options.concurrent == 0) {
     options.concurrent = std::clamp(2 * static_cast<int>(std::thread::hardware_concurrency()), 4, 256);
@@ -54,6 +57,21 @@ void completeOptions(Options& options) {
     options.synthesizer =
         std::filesystem::read_symlink("/proc/self/exe").parent_path() / "narravo-synthesizer";
   }
+}
+
+}  // namespace
+
+std::variant<Options, int> readOptions(int argumentCount, char** arguments) {
+  Options options;
+  CLI::App app("A speech service over HTTP: POST a form to /a/speak, get a WAV or an MP3 file");
+  addOptions(app, options);
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
+  }
+  completeOptions(options);
+  return options;
 }
 
 }  // namespace speech::service

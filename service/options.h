@@ -1,10 +1,9 @@
 // The service's command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
-#include <chrono>
 #include <cstddef>
 #include <string>
+#include <variant>
 
 namespace speech::service {
 
@@ -25,10 +24,8 @@ struct Options {
   bool listVoices = false;
 };
 
-// Binds the options to the parser, with their limits and help texts.
-void addOptions(CLI::App& app, Options& options);
-
-// Fills what was left to be chosen by the machine.
-void completeOptions(Options& options);
+// The options with everything chosen; or, when the command line asks for help or is wrong, the exit code
+// after the text has been printed.
+std::variant<Options, int> readOptions(int argumentCount, char** arguments);
 
 }  // namespace speech::service

@@ -1,13 +1,16 @@
 #include "service/server.h"
 
 #include <fcntl.h>
+#include <httplib.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <exception>
 #include <memory>
 #include <vector>
 
 #include "service/mp3_reply.h"
+#include "service/places.h"
 #include "service/request_log.h"
 #include "service/synthesizer_exit.h"
 #include "service/wav_reply.h"
@@ -86,15 +89,53 @@ void setSocketOptions(socket_t socket) {
   ::fcntl(socket, F_SETFD, FD_CLOEXEC);
 }
 
+// Two things that the library does not let its user choose.
+class HttpServer : public httplib::Server {
+ public:
+  // The library queues five connections that it has not accepted yet; a burst of more would be turned away.
+  bool lengthenQueue() { return ::listen(svr_sock_, SOMAXCONN) == 0; }
+
+  // The library's own stop() cuts replies short that are being sent. Without it the loop ends when the
+  // listening socket gives it nothing any more, and every connection that was accepted is served to its end.
+  void stopAccepting() { ::shutdown(svr_sock_, SHUT_RDWR); }
+};
+
 }  // namespace
 
-Server::Server(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue)
+class Server::Implementation {
+ public:
+  Implementation(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue);
+
+  int bind();
+  bool run() { return server_.listen_after_bind() || isStopping_; }
+  void stop();
+  bool isRunning() const { return server_.is_running(); }
+
+ private:
+  void setLimits();
+  void setRoutes();
+  void setErrorReplies();
+  void handleSpeak(const httplib::Request& request, httplib::Response& response,
+                   const httplib::ContentReader& readContent);
+  void answer(const SpeechRequest& request, httplib::Response& response);
+
+  const Options& options_;
+  const Synthesis& synthesis_;
+  const VoiceCatalogue& catalogue_;
+  Places places_;
+  HttpServer server_;
+  std::atomic<bool> isStopping_ = false;
+};
+
+Server::Implementation::Implementation(const Options& options, const Synthesis& synthesis,
+                                       const VoiceCatalogue& catalogue)
     : options_(options), synthesis_(synthesis), catalogue_(catalogue), places_(options.concurrent) {
   setLimits();
   setRoutes();
+  setErrorReplies();
 }
 
-void Server::setLimits() {
+void Server::Implementation::setLimits() {
   const auto threadCount = static_cast<size_t>(options_.concurrent + kSpareThreads);
   server_.new_task_queue = [threadCount] { return new httplib::ThreadPool(threadCount); };
   server_.set_socket_options(setSocketOptions);
@@ -106,7 +147,7 @@ void Server::setLimits() {
   server_.set_keep_alive_max_count(1);
 }
 
-void Server::setRoutes() {
+void Server::Implementation::setRoutes() {
   server_.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
     currentNotes() = RequestNotes();
     const bool isReading = request.method == "GET" || request.method == "HEAD";
@@ -133,6 +174,12 @@ void Server::setRoutes() {
         refuse(response, bodyTooLarge(options_.maxBodyBytes));
         return 413;
       });
+  server_.set_logger([](const httplib::Request& request, const httplib::Response& response) {
+    logRequest(request.method, request.path, response.status);
+  });
+}
+
+void Server::Implementation::setErrorReplies() {
   server_.set_exception_handler(
       [](const httplib::Request&, httplib::Response& response, const std::exception_ptr& failure) {
         try {
@@ -146,13 +193,10 @@ void Server::setRoutes() {
   server_.set_error_handler([](const httplib::Request&, httplib::Response& response) {
     if (response.body.empty()) refuse(response, {response.status, textForStatus(response.status)});
   });
-  server_.set_logger([](const httplib::Request& request, const httplib::Response& response) {
-    logRequest(request.method, request.path, response.status);
-  });
 }
 
-void Server::handleSpeak(const httplib::Request& request, httplib::Response& response,
-                         const httplib::ContentReader& readContent) {
+void Server::Implementation::handleSpeak(const httplib::Request& request, httplib::Response& response,
+                                         const httplib::ContentReader& readContent) {
   if (!request.has_header("Content-Length") && !request.has_header("Transfer-Encoding")) {
     return refuse(response, {411, "the request must give the length of its body"});
   }
@@ -172,10 +216,10 @@ void Server::handleSpeak(const httplib::Request& request, httplib::Response& res
 
   auto read = readSpeechRequest(body, catalogue_, {options_.key, options_.maxTextCharacters});
   if (const auto* refusal = std::get_if<Refusal>(&read)) return refuse(response, *refusal);
-  answer(std::move(std::get<SpeechRequest>(read)), response);
+  answer(std::get<SpeechRequest>(read), response);
 }
 
-void Server::answer(SpeechRequest request, httplib::Response& response) {
+void Server::Implementation::answer(const SpeechRequest& request, httplib::Response& response) {
   RequestNotes& notes = currentNotes();
   notes.voice = request.voice.label;
   notes.form = request.isSsml ? "ssml" : "text";
@@ -196,7 +240,7 @@ void Server::answer(SpeechRequest request, httplib::Response& response) {
   }
 }
 
-int Server::bind() {
+int Server::Implementation::bind() {
   int port = options_.port;
   if (port == 0) {
     port = server_.bind_to_any_port(options_.host);
@@ -206,11 +250,22 @@ int Server::bind() {
   return port > 0 && server_.lengthenQueue() ? port : -1;
 }
 
-bool Server::run() { return server_.listen_after_bind() || isStopping_; }
-
-void Server::stop() {
+void Server::Implementation::stop() {
   isStopping_ = true;
   server_.stopAccepting();
 }
+
+Server::Server(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue)
+    : implementation_(std::make_unique<Implementation>(options, synthesis, catalogue)) {}
+
+Server::~Server() = default;
+
+int Server::bind() { return implementation_->bind(); }
+
+bool Server::run() { return implementation_->run(); }
+
+void Server::stop() { implementation_->stop(); }
+
+bool Server::isRunning() const { return implementation_->isRunning(); }
 
 }  // namespace speech::service

@@ -3,16 +3,18 @@
 // globals and serves one text at a time; a process of its own also means that a text on which eSpeak NG fails
 // or loops takes nothing else with it.
 #include <espeak-ng/speak_lib.h>
+#include <getopt.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -129,33 +131,64 @@ SynthesizerExit speak(const std::string& voice, bool isSsml) {
   return error == EE_OK ? SynthesizerExit::kSpoken : SynthesizerExit::kEngineFailed;
 }
 
-}  // namespace
-
-int main(int argumentCount, char** arguments) {
-  CLI::App app("Speaks UTF-8 text from standard input as 16-bit mono samples on standard output");
-  std::string voice;
+struct Arguments {
+  std::string voice;  // identifier, with an optional "+variety"
   std::string dataFolder;
   bool isSsml = false;
   bool wantsList = false;
-  app.add_option("--voice", voice, "eSpeak NG voice identifier, with an optional +variety");
-  app.add_option("--voice-data", dataFolder, "folder of eSpeak NG's data (espeak-ng-data)");
-  app.add_option("--max-bytes", output.bytesLeft, "give up when there would be more sound than this");
-  app.add_flag("--ssml", isSsml, "the text is SSML");
-  app.add_flag("--list", wantsList, "list the voices instead");
-  try {
-    app.parse(argumentCount, arguments);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : static_cast<int>(SynthesizerExit::kBadArguments);
+};
+
+// The service is the only caller: see synthesis.cpp.
+std::optional<Arguments> readArguments(int count, char** values) {
+  static const option kOptions[] = {{"voice", required_argument, nullptr, 'v'},
+                                    {"voice-data", required_argument, nullptr, 'd'},
+                                    {"max-bytes", required_argument, nullptr, 'm'},
+                                    {"ssml", no_argument, nullptr, 's'},
+                                    {"list", no_argument, nullptr, 'l'},
+                                    {}};
+  Arguments arguments;
+  for (int found = 0; (found = ::getopt_long(count, values, "", kOptions, nullptr)) != -1;) {
+    switch (found) {
+      case 'v':
+        arguments.voice = optarg;
+        break;
+      case 'd':
+        arguments.dataFolder = optarg;
+        break;
+      case 'm':
+        output.bytesLeft = std::strtoull(optarg, nullptr, 10);
+        break;
+      case 's':
+        arguments.isSsml = true;
+        break;
+      case 'l':
+        arguments.wantsList = true;
+        break;
+      default:
+        return std::nullopt;
+    }
+  }
+  if (optind != count || (arguments.voice.empty() && !arguments.wantsList)) return std::nullopt;
+  return arguments;
+}
+
+}  // namespace
+
+int main(int argumentCount, char** argumentValues) {
+  const auto arguments = readArguments(argumentCount, argumentValues);
+  if (!arguments) {
+    std::fprintf(stderr,
+                 "usage: narravo-synthesizer [--voice-data FOLDER] --list\n"
+                 "       narravo-synthesizer [--voice-data FOLDER] --voice NAME --max-bytes N [--ssml]\n");
+    return static_cast<int>(SynthesizerExit::kBadArguments);
   }
 
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);  // no one is left to hear it when the service is gone
-
-  if (!startEngine(dataFolder.empty() ? findDataFolder() : dataFolder))
+  if (!startEngine(arguments->dataFolder.empty() ? findDataFolder() : arguments->dataFolder)) {
     return static_cast<int>(SynthesizerExit::kNoEngine);
-  if (wantsList) {
-    listVoices();
-    return static_cast<int>(std::fflush(stdout) == 0 ? SynthesizerExit::kSpoken
-                                                     : SynthesizerExit::kOutputFailed);
   }
-  return static_cast<int>(speak(voice, isSsml));
+  if (!arguments->wantsList) return static_cast<int>(speak(arguments->voice, arguments->isSsml));
+  listVoices();
+  return static_cast<int>(std::fflush(stdout) == 0 ? SynthesizerExit::kSpoken
+                                                   : SynthesizerExit::kOutputFailed);
 }

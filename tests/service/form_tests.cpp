@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "service/utf8.h"
 
 namespace speech::service {
 namespace {
 
 using namespace std::string_literals;
+using namespace std::string_view_literals;
 
 TEST(Form, FieldsAreFoundAsTheyWereSent) {
   const Form form("key=1&voice=English (America)+f2&text=a%26b%3Dc&empty=&bare&&=x&key=2");
@@ -41,10 +44,11 @@ class MalformedEncoding : public testing::TestWithParam<const char*> {};
 TEST_P(MalformedEncoding, IsRefused) { EXPECT_EQ(percentDecode(GetParam(), true), std::nullopt); }
 
 INSTANTIATE_TEST_SUITE_P(Cases, MalformedEncoding,
-                         testing::Values("%", "abc%", "%4", "%4g", "%g4", "%%41", "% 41", "%+1"));
+                         testing::ValuesIn(std::vector<const char*>{"%", "abc%", "%4", "%4g", "%g4", "%%41",
+                                                                    "% 41", "%+1"}));
 
 struct TextCase {
-  std::string bytes;
+  std::string_view bytes;
   std::optional<size_t> characters;
 };
 
@@ -55,21 +59,24 @@ TEST_P(Utf8Count, CountsCharactersOrRefuses) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, Utf8Count,
-                         testing::Values(TextCase{"", 0}, TextCase{"abc", 3}, TextCase{"a\0b"s, 3},
-                                         TextCase{"\u00E9\u20AC\U0001F600", 3},  // 2, 3 and 4 bytes
-                                         TextCase{"\uFFFF\U0010FFFF", 2},        // the last ones
-                                         TextCase{"\x80", std::nullopt},         // continuation alone
-                                         TextCase{"\xC3", std::nullopt},         // lead alone
-                                         TextCase{"\xE2\x82", std::nullopt},     // cut short
-                                         TextCase{"\xE2\x82"
-                                                  "a",
-                                                  std::nullopt},                          // interrupted
-                                         TextCase{"\xC0\x80", std::nullopt},              // over-long zero
-                                         TextCase{"\xE0\x9F\xBF", std::nullopt},          // over-long
-                                         TextCase{"\xED\xA0\x80", std::nullopt},          // surrogate
-                                         TextCase{"\xF4\x90\x80\x80", std::nullopt},      // above U+10FFFF
-                                         TextCase{"\xF8\x88\x80\x80\x80", std::nullopt},  // five bytes
-                                         TextCase{"\xFF", std::nullopt}));
+                         testing::ValuesIn(std::vector<TextCase>{
+                             {"", 0},
+                             {"abc", 3},
+                             {"a\0b"sv, 3},
+                             {"\u00E9\u20AC\U0001F600", 3},  // 2, 3 and 4 bytes
+                             {"\uFFFF\U0010FFFF", 2},        // the last ones
+                             {"\x80", std::nullopt},         // continuation alone
+                             {"\xC3", std::nullopt},         // lead alone
+                             {"\xE2\x82", std::nullopt},     // cut short
+                             {"\xE2\x82"
+                              "a",
+                              std::nullopt},                          // interrupted
+                             {"\xC0\x80", std::nullopt},              // over-long zero
+                             {"\xE0\x9F\xBF", std::nullopt},          // over-long
+                             {"\xED\xA0\x80", std::nullopt},          // surrogate
+                             {"\xF4\x90\x80\x80", std::nullopt},      // above U+10FFFF
+                             {"\xF8\x88\x80\x80\x80", std::nullopt},  // five bytes
+                             {"\xFF", std::nullopt}}));
 
 }  // namespace
 }  // namespace speech::service

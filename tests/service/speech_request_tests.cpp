@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace speech::service {
 namespace {
 
@@ -62,36 +64,29 @@ TEST_P(RefusedRequest, GetsItsStatusAndOneClearLine) {
 
 INSTANTIATE_TEST_SUITE_P(
     Cases, RefusedRequest,
-    testing::Values(
-        RefusalCase{"", 401, "the field \"key\" does not hold this service's key"},
-        RefusalCase{"key=&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
-        RefusalCase{"key=secre&voice=en-us&text=a", 401,
-                    "the field \"key\" does not hold this service's key"},
-        RefusalCase{"key=secretsecret&text=a", 401, "the field \"key\" does not hold this service's key"},
-        RefusalCase{"key=secret&voice=en-us", 400,
-                    "exactly one of the fields \"text\" and \"ssml\" must be given"},
-        RefusalCase{"key=secret&voice=en-us&text=a&ssml=b", 400,
-                    "exactly one of the fields \"text\" and \"ssml\" must be given"},
-        RefusalCase{"key=secret&voice=en-us&text=a&text=b", 400,
-                    "the field \"text\" is given more than once"},
-        RefusalCase{"key=secret&streaming=1&voice=en-us&text=a", 400,
-                    "streaming is not offered; the field \"streaming\" must be 0"},
-        RefusalCase{"key=secret&voice=en-us&text=a&audioformat=o%gg", 400,
-                    "audioformat \"o%gg\" is not offered; there are pcm, wav and mp3"},
-        RefusalCase{"key=secret&voice=en-us&text=%", 400,
-                    "the field \"text\" has a malformed percent-encoding"},
-        RefusalCase{"key=secret&voice=en-us&ssml=%4", 400,
-                    "the field \"ssml\" has a malformed percent-encoding"},
-        RefusalCase{"key=secret&voice=100%&text=a", 400,
-                    "the field \"voice\" has a malformed percent-encoding"},
-        RefusalCase{"key=secret&lang=%x&text=a", 400, "the field \"lang\" has a malformed percent-encoding"},
-        RefusalCase{"key=secret&voice=en-us&text=%ED%A0%80", 400, "the field \"text\" is not valid UTF-8"},
-        RefusalCase{"key=secret&voice=en-us&text=a%00b", 400, "the field \"text\" holds a zero character"},
-        RefusalCase{"key=secret&voice=en-us&text=12345678901", 413,
-                    "the text has 11 characters; at most 10 are spoken"},
-        RefusalCase{"key=secret&text=a", 400, "one of the fields \"voice\" and \"lang\" must be given"},
-        RefusalCase{"key=secret&voice=a%0Ab\xE5&text=a", 404, "there is no voice \"a?b?\""},
-        RefusalCase{"key=secret&lang=xx-YY&text=a", 404, "there is no voice for the language \"xx-YY\""}));
+    testing::ValuesIn(std::vector<RefusalCase>{
+        {"", 401, "the field \"key\" does not hold this service's key"},
+        {"key=&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
+        {"key=secre&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
+        {"key=secretsecret&text=a", 401, "the field \"key\" does not hold this service's key"},
+        {"key=secret&voice=en-us", 400, "exactly one of the fields \"text\" and \"ssml\" must be given"},
+        {"key=secret&voice=en-us&text=a&ssml=b", 400,
+         "exactly one of the fields \"text\" and \"ssml\" must be given"},
+        {"key=secret&voice=en-us&text=a&text=b", 400, "the field \"text\" is given more than once"},
+        {"key=secret&streaming=1&voice=en-us&text=a", 400,
+         "streaming is not offered; the field \"streaming\" must be 0"},
+        {"key=secret&voice=en-us&text=a&audioformat=o%gg", 400,
+         "audioformat \"o%gg\" is not offered; there are pcm, wav and mp3"},
+        {"key=secret&voice=en-us&text=%", 400, "the field \"text\" has a malformed percent-encoding"},
+        {"key=secret&voice=en-us&ssml=%4", 400, "the field \"ssml\" has a malformed percent-encoding"},
+        {"key=secret&voice=100%&text=a", 400, "the field \"voice\" has a malformed percent-encoding"},
+        {"key=secret&lang=%x&text=a", 400, "the field \"lang\" has a malformed percent-encoding"},
+        {"key=secret&voice=en-us&text=%ED%A0%80", 400, "the field \"text\" is not valid UTF-8"},
+        {"key=secret&voice=en-us&text=a%00b", 400, "the field \"text\" holds a zero character"},
+        {"key=secret&voice=en-us&text=12345678901", 413, "the text has 11 characters; at most 10 are spoken"},
+        {"key=secret&text=a", 400, "one of the fields \"voice\" and \"lang\" must be given"},
+        {"key=secret&voice=a%0Ab\xE5&text=a", 404, "there is no voice \"a?b?\""},
+        {"key=secret&lang=xx-YY&text=a", 404, "there is no voice for the language \"xx-YY\""}}));
 
 TEST(SpeechRequest, TheTextLimitCountsCharactersNotBytes) {
   EXPECT_TRUE(std::holds_alternative<SpeechRequest>(

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace speech::service {
 namespace {
 
@@ -35,24 +37,29 @@ TEST_P(VoiceByName, FindsTheVoice) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, VoiceByName,
-                         testing::Values(NameCase{"English (America)", "gmw/en-US"},  // the name
-                                         NameCase{"english (aMERICA)", "gmw/en-US"},  // letter case aside
-                                         NameCase{"gmw/en-us", "gmw/en-US"},          // the identifier
-                                         NameCase{"En-us", "gmw/en-US"},              // its file
-                                         NameCase{"es-MX", "roa/es-419"},             // a language tag
-                                         NameCase{"en", "gmw/en-US"},                 // the best of several
-                                         NameCase{"English (America)+f2", "gmw/en-US+f2"},  // a variety
-                                         NameCase{"English (America)+F2", "gmw/en-US+f2"},  //
-                                         NameCase{"English+(America)", "gmw/en-US"},  // plus signs for spaces
-                                         NameCase{"English+(America)+f2", "gmw/en-US+f2"},      //
-                                         NameCase{"en-us+Mr serious", "gmw/en-US+Mr serious"},  //
-                                         NameCase{"Cherokee", "iro/chr"},  // listed with a space behind it
-                                         NameCase{"Norwegian Bokm\u00E5l", "gmq/nb"},  // UTF-8
-                                         NameCase{"Norwegian Bokm\xE5l", "gmq/nb"},  // the client's code page
-                                         NameCase{"", nullptr}, NameCase{"+f2", nullptr},         //
-                                         NameCase{"English", nullptr}, NameCase{"cut", nullptr},  //
-                                         NameCase{"en-us+f99", nullptr}, NameCase{"+", nullptr},  //
-                                         NameCase{"../../etc/passwd", nullptr}, NameCase{"es", nullptr}));
+                         testing::ValuesIn(std::vector<NameCase>{
+                             {"English (America)", "gmw/en-US"},            // the name
+                             {"english (aMERICA)", "gmw/en-US"},            // letter case aside
+                             {"gmw/en-us", "gmw/en-US"},                    // the identifier
+                             {"En-us", "gmw/en-US"},                        // its file
+                             {"es-MX", "roa/es-419"},                       // a language tag
+                             {"en", "gmw/en-US"},                           // the best of several
+                             {"English (America)+f2", "gmw/en-US+f2"},      // a variety
+                             {"English (America)+F2", "gmw/en-US+f2"},      //
+                             {"English+(America)", "gmw/en-US"},            // plus signs for spaces
+                             {"English+(America)+f2", "gmw/en-US+f2"},      //
+                             {"en-us+Mr serious", "gmw/en-US+Mr serious"},  //
+                             {"Cherokee", "iro/chr"},                       // listed with a space behind it
+                             {"Norwegian Bokm\u00E5l", "gmq/nb"},           // UTF-8
+                             {"Norwegian Bokm\xE5l", "gmq/nb"},             // the client's code page
+                             {"", nullptr},
+                             {"+f2", nullptr},  //
+                             {"English", nullptr},
+                             {"cut", nullptr},  //
+                             {"en-us+f99", nullptr},
+                             {"+", nullptr},  //
+                             {"../../etc/passwd", nullptr},
+                             {"es", nullptr}}));
 
 TEST(VoiceCatalogue, TheLabelNamesVoiceAndVarietyAsListed) {
   EXPECT_EQ(VoiceCatalogue::fromListing(kListing).byName("EN-US+F2")->label, "English (America)+f2");
