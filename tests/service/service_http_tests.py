@@ -1,6 +1,7 @@
 """Tests of narravo-service as a whole, over HTTP. usage: service_http_tests.py PROGRAM [UNITTEST ARGUMENT...]"""
 
 import concurrent.futures
+import configparser
 import http.client
 import os
 import pathlib
@@ -160,6 +161,14 @@ class Speaking(ServiceTest):
             for field in ("text", "ssml"):
                 with self.subTest(text=text[:20], field=field):
                     self.assert_wav(self.service.speak(text, field=field))
+
+    def test_every_shipped_cloud_voice_speaks(self):
+        shipped = configparser.ConfigParser()
+        shipped.read(pathlib.Path(__file__).parents[2] / "lxapi" / "bundled" / "engines.ini", encoding="utf-8")
+        self.assertGreater(len(shipped.sections()), 5)
+        for name in shipped.sections():
+            self.assertEqual((shipped[name]["type"], shipped[name]["rate"]), ("skyvo", "22050"))
+            self.assertGreater(len(self.assert_wav(self.service.speak("1 2 3", voice=name))), 10_000, name)
 
     def test_every_voice_speaks(self):
         listing = subprocess.run([PROGRAM, "--list-voices"], capture_output=True, check=True).stdout.decode()
