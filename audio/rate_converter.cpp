@@ -14,6 +14,8 @@ namespace rate {
 namespace {
 
 constexpr std::int32_t kLinearGuard = 10;
+constexpr std::int32_t kFewestForVectors =
+    96;  // output samples; for fewer the tables cost more than they save
 
 std::int32_t convertLinear(const RateRequest& request, const Parameters& parameters) {
   WorkBuffer work;
@@ -42,9 +44,7 @@ std::int32_t convertFiltered(const RateRequest& request, const Parameters& param
 
   if (const Kernels* kernels = kernelsFor(level, wingTaps(setting)); kernels != nullptr) {
     if (SteadyFilter::serves(setting)) return convertFast(loop, request, SteadyFilter(setting, *kernels));
-    if (request.outputCapacity >= RowFilter::kFewestSamples && RowFilter::serves(setting, *kernels)) {
-      return convertFast(loop, request, RowFilter(setting, *kernels));
-    }
+    if (RowFilter::serves(setting, *kernels)) return convertFast(loop, request, RowFilter(setting, *kernels));
   }
   WorkBuffer work;
   return convertBlocks(loop, request, work,
@@ -76,5 +76,6 @@ std::int32_t convert(const RateRequest& request, Level level) {
 
 std::int32_t RATEAPI(const RateRequest* request) {
   if (request == nullptr) return -1;
-  return rate::convert(*request, rate::bestLevel());
+  const bool few = request->outputCapacity < rate::kFewestForVectors;
+  return rate::convert(*request, few ? rate::Level::plain : rate::bestLevel());
 }

@@ -15,9 +15,6 @@ namespace rate {
 
 class RowFilter {
  public:
-  /// Output samples from which on making the rows pays.
-  static constexpr std::int32_t kFewestSamples = 96;
-
   /// `kernels` is what kernelsFor gives for wingTaps(setting).
   RowFilter(const FilterSetting& setting, const Kernels& kernels);
   RowFilter(const RowFilter&) = delete;
