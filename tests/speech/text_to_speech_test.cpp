@@ -50,6 +50,22 @@ TEST_F(FacadeTest, ANullProductChangesNothing) {
   EXPECT_TRUE(ITextToSpeech::reloadEngine());
 }
 
+TEST_F(FacadeTest, OnlyTheCloudTypeInAnyCaseGetsTheCloudEngine) {
+  const std::pair<const wchar_t*, bool> types[] = {{L"skyvo", true},   {L"SKYVO", true}, {L"SkyVo", true},
+                                                   {L"skyvo ", false}, {L"sky", false},  {L"", false}};
+  for (const auto& [type, isCloud] : types) {
+    ITextToSpeech::releaseInstance();
+    recording().reset();
+    recording().install({.key1 = L"A", .type = type});
+    LXAPIProduct* const chosen = product(0);
+    recording().takeCalls();
+    ASSERT_NE(start(chosen), nullptr);
+    // The cloud engine needs nothing of the engine library.
+    EXPECT_EQ(recording().takeCalls().empty(), isCloud) << testing::PrintToString(type);
+    EXPECT_EQ(ITextToSpeech::getCurrentProduct(), chosen);
+  }
+}
+
 TEST_F(FacadeTest, AnotherInstanceReplacesTheFirstInOrder) {
   recording().install({.key1 = L"A"});
   recording().install({.key1 = L"B"});
