@@ -102,7 +102,9 @@ int32_t SPEECH_CALL speech_dictionary_ask(SpeechEngine engine, int32_t question,
     if (question < 0 || static_cast<std::size_t>(question) >= std::size(kQuestions)) {
       throw Failure(SPEECH_ERROR_ARGUMENT);
     }
-    const int said = (open.instance().*kQuestions[question])(argument);
+    ITextToSpeech& instance = open.instance();
+    const auto ask = kQuestions[question];
+    const int said = (instance.*ask)(argument);
     if (said == kNoAnswer) throw Failure(SPEECH_ERROR_UNSUPPORTED);
     *answer = said;
   });
