@@ -13,4 +13,4 @@ target_link_libraries(readme_example PRIVATE speech_options speech)
 add_test(NAME readme_example_is_heard
   COMMAND "${PROJECT_SOURCE_DIR}/scripts/with-sound-server" ${Python3_EXECUTABLE}
     "${CMAKE_CURRENT_SOURCE_DIR}/readme_example_is_heard.py" ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:readme_example>)
-set_tests_properties(readme_example_is_heard PROPERTIES TIMEOUT 60 ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)
+set_tests_properties(readme_example_is_heard PROPERTIES TIMEOUT 240 ENVIRONMENT PYTHONDONTWRITEBYTECODE=1)

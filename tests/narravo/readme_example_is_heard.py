@@ -10,7 +10,7 @@ import wav_measure
 from sound_monitor import SoundMonitor
 
 with SoundMonitor() as monitor:
-    code = subprocess.run(sys.argv[1:], timeout=50, check=False).returncode
+    code = subprocess.run(sys.argv[1:], timeout=200, check=False).returncode
     time.sleep(0.5)
 heard = wav_measure.heard_seconds(monitor.wav())
 print(f"exit code {code}, heard {heard:.2f} s")
