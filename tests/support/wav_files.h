@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "tests/support/binary_file.h"
+
+namespace speech::test {
+
+/// A PCM file with its samples right behind a header of 44 bytes, each part of which may lie.
+struct PcmFile {
+  std::uint32_t tag = 1;
+  std::uint32_t channels = 1;
+  std::uint32_t sampleRate = 8000;
+  std::uint32_t bits = 16;
+  Bytes data{};
+  std::uint32_t dataSize = 0xFFFFFFFF;  ///< this value: the truth
+
+  Bytes bytes() const {
+    const auto size = dataSize == 0xFFFFFFFF ? static_cast<std::uint32_t>(data.size()) : dataSize;
+    const std::uint32_t frameBytes = channels * (bits / 8);
+    ByteWriter file;
+    file.text("RIFF").u32(36 + size).text("WAVEfmt ").u32(16).u16(tag).u16(channels).u32(sampleRate);
+    file.u32(sampleRate * frameBytes).u16(frameBytes).u16(bits).text("data").u32(size);
+    file.bytes.insert(file.bytes.end(), data.begin(), data.end());
+    return file.bytes;
+  }
+};
+
+inline std::uint32_t littleEndian32(const Bytes& bytes, std::size_t offset) {
+  return static_cast<std::uint32_t>(bytes[offset] | bytes[offset + 1] << 8 | bytes[offset + 2] << 16) |
+         static_cast<std::uint32_t>(bytes[offset + 3]) << 24;
+}
+
+/// Whether chunks follow one another from the RIFF header to the end of the data chunk, all within the file
+/// and within what the RIFF header announces.
+inline bool isWellFormedWav(const Bytes& file) {
+  const auto has = [&](std::size_t offset, const char* id) {
+    return std::memcmp(file.data() + offset, id, 4) == 0;
+  };
+  if (file.size() < 44 || !has(0, "RIFF") || !has(8, "WAVE") || !has(12, "fmt ")) return false;
+  const std::uint64_t end = std::uint64_t{littleEndian32(file, 4)} + 8;
+  if (end > file.size()) return false;
+  for (std::uint64_t offset = 12; offset + 8 <= end;) {
+    const auto place = static_cast<std::size_t>(offset);
+    offset += 8 + std::uint64_t{littleEndian32(file, place + 4)};
+    if (has(place, "data")) return offset == end;
+  }
+  return false;
+}
+
+}  // namespace speech::test
