@@ -10,6 +10,11 @@ else()
   target_compile_options(speech_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 endif()
 
+if(MINGW)
+  # The linker's time stamp would make every build different.
+  target_link_options(speech_options INTERFACE -Wl,--no-insert-timestamp $<$<CONFIG:Release>:-s>)
+endif()
+
 if(WIN32)
   target_compile_definitions(speech_options INTERFACE
     UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)

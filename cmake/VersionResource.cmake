@@ -1,0 +1,15 @@
+# speech_version_resource(TARGET DESCRIPTION): gives a program or DLL a version resource with the project's version.
+
+function(speech_version_resource target description)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "EXECUTABLE")
+    set(file_type VFT_APP)
+    set(file_name "${target}.exe")
+  else()
+    set(file_type VFT_DLL)
+    get_target_property(prefix ${target} PREFIX)
+    set(file_name "${prefix}${target}.dll")
+  endif()
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/version.rc.in" "${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc" @ONLY)
+  target_sources(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc")
+endfunction()
