@@ -12,5 +12,7 @@ namespace narravo {
 void addVoicesCommand(CLI::App& program);
 void addSpeakCommand(CLI::App& program);
 void addSaveCommand(CLI::App& program);
+void addExportCommand(CLI::App& program);
+void addLogCommand(CLI::App& program);
 
 }  // namespace narravo

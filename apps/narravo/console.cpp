@@ -60,19 +60,28 @@ void writeOutput(std::wstring_view text) {
 
 void writeOutput(std::string_view utf8) { writeOutput(fromUtf8(utf8).value_or(L"")); }
 
-void writeErrorLine(std::string_view utf8) noexcept {
+void writeErrorText(std::string_view utf8) noexcept {
   try {
-    const std::string line = "narravo: " + std::string(utf8) + "\n";
     const HANDLE stream = GetStdHandle(STD_ERROR_HANDLE);
     if (isConsole(stream)) {
-      writeConsole(stream, fromUtf8(line).value_or(L"narravo: an error without a readable message\n"));
+      writeConsole(stream, fromUtf8(utf8).value_or(L"narravo: a message that is not readable\n"));
     } else {
-      writeBytes(stream, line);
+      writeBytes(stream, utf8);
     }
   } catch (const std::exception&) {
     // Out of memory while reporting: the exit code remains.
   }
 }
+
+void writeErrorLine(std::string_view utf8) noexcept {
+  try {
+    writeErrorText("narravo: " + std::string(utf8) + "\n");
+  } catch (const std::exception&) {
+    // Likewise.
+  }
+}
+
+bool errorIsConsole() { return isConsole(GetStdHandle(STD_ERROR_HANDLE)); }
 
 std::string readInput() {
   const HANDLE stream = GetStdHandle(STD_INPUT_HANDLE);

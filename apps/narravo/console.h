@@ -14,6 +14,12 @@ void writeOutput(std::string_view utf8);
 /// "narravo: MESSAGE" on standard error. Never throws: there is nowhere left to report to.
 void writeErrorLine(std::string_view utf8) noexcept;
 
+/// Standard error without the program's name in front, for reports of progress. Never throws.
+void writeErrorText(std::string_view utf8) noexcept;
+
+/// Whether a user watches standard error as it is written.
+bool errorIsConsole();
+
 /// Everything up to the end of standard input, as UTF-8.
 std::string readInput();
 

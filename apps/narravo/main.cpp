@@ -21,6 +21,8 @@ constexpr void (*kAddCommand[])(CLI::App&) = {
     addVoicesCommand,
     addSpeakCommand,
     addSaveCommand,
+    addExportCommand,
+    addLogCommand,
 };
 
 constexpr const char* kExitCodeHelp =
@@ -33,7 +35,7 @@ constexpr const char* kExitCodeHelp =
     "  130  interrupted by Ctrl-C";
 
 int runCommandLine(std::vector<std::string> arguments) {
-  CLI::App program("Speaks text and saves speech as WAV files.", "narravo");
+  CLI::App program("Speaks text and writes speech as audio files.", "narravo");
   program.allow_windows_style_options(false);  // under Wine a file's name may begin with a slash
   program.require_subcommand(1);
   program.footer(kExitCodeHelp);  // the commands inherit it

@@ -51,3 +51,8 @@ def heard_seconds(wav):
     """Length of what is heard, without the silence before and after."""
     span = sound_span(wav.samples)
     return (span[1] - span[0] + 1) / wav.channels / wav.rate if span else 0.0
+
+
+def samples_of(raw):
+    """Signed 16-bit little-endian samples out of bytes."""
+    return array.array("h", raw)

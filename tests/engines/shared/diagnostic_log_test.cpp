@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <regex>
 #include <string>
 #include <vector>
@@ -84,6 +85,13 @@ TEST_F(DiagnosticLog, RefusesWhenExactlyTheReserveAndTheTwoTextsAreLeft) {
   EXPECT_TRUE(filesIn(folder_ / "log").empty());
   ++left;
   EXPECT_EQ(writeLog(base_.c_str(), "%s", "12345"), 1);
+}
+
+TEST_F(DiagnosticLog, WritesNothingToADiskThatIsNearlyFull) {
+  const char* const disk = std::getenv("SPEECH_SMALL_DISK");
+  ASSERT_NE(disk, nullptr) << "run me through tests/support/with-small-disk";
+  EXPECT_EQ(writeLog(disk, "%s", "x"), 0);
+  EXPECT_TRUE(filesIn(std::filesystem::path(disk) / "log").empty());
 }
 
 TEST_F(DiagnosticLog, YieldsToAnotherWriter) {

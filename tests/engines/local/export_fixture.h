@@ -1,0 +1,114 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <speech/text_to_speech.h>
+
+#include "tests/support/file_content.h"
+#include "tests/support/host_window.h"
+#include "tests/support/recording_engine.h"
+#include "tests/support/scoped_environment.h"
+#include "tests/support/temporary_folder.h"
+#include "win32/known_folders.h"
+
+namespace speech::test {
+
+/// A canonical WAV file of 16-bit mono samples.
+inline std::string wavFile(int sampleRateHz, const std::string& samples) {
+  const auto field = [](std::uint32_t value, int bytes) {
+    std::string text;
+    for (int shift = 0; shift < 8 * bytes; shift += 8) text += static_cast<char>(value >> shift);
+    return text;
+  };
+  const auto rate = static_cast<std::uint32_t>(sampleRateHz);
+  const auto size = static_cast<std::uint32_t>(samples.size());
+  return "RIFF" + field(size + 36, 4) + "WAVEfmt " + field(16, 4) + field(1, 2) + field(1, 2) +
+         field(rate, 4) + field(rate * 2, 4) + field(2, 2) + field(16, 2) + "data" + field(size, 4) + samples;
+}
+
+inline std::vector<std::wstring> namesIn(const std::filesystem::path& folder) {
+  std::vector<std::wstring> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder))
+    names.push_back(entry.path().filename());
+  std::ranges::sort(names);
+  return names;
+}
+
+/// A local engine at 22050 Hz over the recording engine library, with folders of its own for results,
+/// temporary files and a SoX that only says how it was called.
+class Export : public ::testing::Test {
+ protected:
+  static constexpr int kProductRateIndex = 2;
+
+  Export() {
+    recording().reset();
+    recording().install({.key1 = L"Alex", .key2 = L"m", .sampleRateHz = 22050, .type = L"espeak"});
+    std::string samples;
+    for (int i = 0; i < 22050; ++i) {
+      samples += static_cast<char>(i);
+      samples += static_cast<char>(i / 97);
+    }
+    const std::string file = wavFile(22050, samples);
+    recording().audio.assign(file.begin(), file.end());
+    engine_ = ITextToSpeech::getInstance(window_.handle(), HostWindow::kNoticeMessage,
+                                         ITextToSpeech::getLXAPIProductList()->GetHead());
+    engine_->setToolFolder((tools_.path().wstring() + L"\\").c_str());
+    recording().takeCalls();
+  }
+  ~Export() override { ITextToSpeech::releaseInstance(); }
+
+  void installFakeSox() {
+    std::filesystem::copy_file(executableFolder() / "fake_sox.exe", tools_ / "sox.exe");
+  }
+
+  static std::filesystem::path executableFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).parent_path();
+  }
+
+  /// SoX's command lines so far, without the program.
+  std::vector<std::string> soxCalls() const {
+    std::vector<std::string> calls;
+    std::istringstream lines(readFile(tools_ / "calls"));
+    for (std::string line; std::getline(lines, line);) calls.push_back(line.substr(line.find(".exe") + 4));
+    for (auto& call : calls) call.erase(0, call.find_first_not_of("\" "));
+    return calls;
+  }
+
+  /// Today's log from the place where it ended when the test began.
+  std::string newLogText() const { return readFile(logPath()).substr(logSizeBefore_); }
+
+  std::wstring destination(const std::wstring& name = L"out") const { return (results_ / name).wstring(); }
+
+  TemporaryFolder results_{L"results"};
+  TemporaryFolder temporary_{L"temporary"};
+  TemporaryFolder tools_{L"tools"};
+  ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
+  ScopedEnvironment temp_{L"TEMP", temporary_.path().wstring()};
+  ScopedEnvironment soxLog_{L"FAKE_SOX_LOG", (tools_ / "calls").wstring()};
+  HostWindow window_;
+  ITextToSpeech* engine_ = nullptr;
+
+ private:
+  static std::filesystem::path logPath() {
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    wchar_t name[32];
+    swprintf(name, 32, L"%04d-%02d-%02d.log", now.wYear, now.wMonth, now.wDay);
+    return std::filesystem::path(documentsFolder().value()) / L"Narravo" / L"log" / name;
+  }
+
+  std::size_t logSizeBefore_ = readFile(logPath()).size();
+};
+
+}  // namespace speech::test

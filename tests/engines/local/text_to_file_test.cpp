@@ -1,0 +1,167 @@
+#include <gmock/gmock.h>
+
+#include "tests/engines/local/export_fixture.h"
+
+namespace speech::test {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+
+std::string narrow(const std::wstring& text) { return std::filesystem::path(text).string(); }
+
+/// Result and the engine's file code of a format, at the engine's rate and at any other; SoX takes every
+/// rate.
+struct Format {
+  int number;
+  int resultAtEngineRate, codeAtEngineRate;
+  int resultAtOtherRate, codeAtOtherRate;
+  bool throughSox;
+};
+
+constexpr int kNoCall = -1;
+constexpr Format kFormats[] = {{0, 1, 0, 1, 5, false},
+                               {1, 1, 5, 1, 5, false},
+                               {2, 1, 5, 1, 5, true},
+                               {3, 1, 5, 1, 5, true},
+                               {4, 1, 5, 1, 5, true},
+                               {5, 1, 5, 1, 5, false},
+                               {6, 1, 6, -1, kNoCall, false},
+                               {7, 1, 7, -1, kNoCall, false},
+                               {8, 1, 8, -1, kNoCall, false},
+                               {9, 1, 3, -1, kNoCall, false},
+                               {10, 1, 0, 1, 5, false},
+                               {11, 1, 3, -1, kNoCall, false},
+                               {12, 1, 3, -1, kNoCall, false},
+                               {13, 1, 3, -1, kNoCall, false},
+                               {14, 1, kNoCall, 1, kNoCall, false},
+                               {-1, 1, kNoCall, 1, kNoCall, false}};
+
+TEST_F(Export, EveryFormatAtEveryRateTakesItsRoute) {
+  installFakeSox();
+  for (const Format& format : kFormats) {
+    for (const int rateIndex : {0, 1, 2, 3, 4}) {
+      SCOPED_TRACE("format " + std::to_string(format.number) + ", rate index " + std::to_string(rateIndex));
+      const bool sameRate = rateIndex == kProductRateIndex;
+      const int code = sameRate ? format.codeAtEngineRate : format.codeAtOtherRate;
+      const bool writesTemporary = format.throughSox || !sameRate;
+      const auto path = destination();
+
+      EXPECT_EQ(engine_->textToFile(L"text", path.c_str(), format.number, false, rateIndex, false),
+                sameRate ? format.resultAtEngineRate : format.resultAtOtherRate);
+
+      const auto calls = recording().takeCalls();
+      if (code == kNoCall) {
+        EXPECT_THAT(calls, IsEmpty());
+        EXPECT_THAT(namesIn(results_.path()), IsEmpty());
+      } else {
+        const std::string target = writesTemporary ? "ULXE" : narrow(path) + "\"";
+        ASSERT_THAT(calls, SizeIs(2));
+        EXPECT_THAT(calls[0], AllOf(StartsWith("LXAPI_SetOutputFile(1, "), HasSubstr(target),
+                                    EndsWith(", " + std::to_string(code) + ")")));
+        EXPECT_EQ(calls[1], "LXAPI_TextToFile(1, \"text\", -1, 2)");
+        EXPECT_THAT(namesIn(results_.path()), ElementsAre(L"out"));
+      }
+      EXPECT_THAT(namesIn(temporary_.path()), IsEmpty());
+      std::filesystem::remove(path);
+    }
+  }
+}
+
+TEST_F(Export, ARateIndexOutOfRangeDoesNothing) {
+  installFakeSox();
+  for (const Format& format : kFormats) {
+    for (const int rateIndex : {5, -1}) {
+      EXPECT_EQ(engine_->textToFile(L"text", destination().c_str(), format.number, false, rateIndex, true),
+                0);
+    }
+  }
+  EXPECT_THAT(recording().takeCalls(), IsEmpty());
+  EXPECT_THAT(namesIn(results_.path()), IsEmpty());
+  EXPECT_EQ(newLogText(), "");
+}
+
+TEST_F(Export, SsmlGoesWithItsLengthInBytes) {
+  engine_->textToFile(L"<speak>\u00E4</speak>", destination().c_str(), 1, true, kProductRateIndex, false);
+  EXPECT_THAT(
+      recording().takeCalls(),
+      ElementsAre(HasSubstr("SetOutputFile"), "LXAPI_TextToFile(1, \"<speak>\u00E4</speak>\", 17, 130)"));
+}
+
+TEST_F(Export, RawFormatsHoldExactlyTheSamplesOfTheConvertedWav) {
+  ASSERT_EQ(engine_->textToFile(L"text", destination(L"wav").c_str(), 5, false, 1, false), 1);
+  const std::string wav = readFile(results_ / "wav");
+  EXPECT_EQ(wav.size(), 44 + 2 * 16000u);
+  for (const int raw : {0, 10}) {
+    ASSERT_EQ(engine_->textToFile(L"text", destination(L"raw").c_str(), raw, false, 1, false), 1);
+    EXPECT_EQ(readFile(results_ / "raw"), wav.substr(44)) << "format " << raw;
+  }
+}
+
+TEST_F(Export, SoxIsCalledWithTheTargetRateGsmsOwnOrAsMp3) {
+  installFakeSox();
+  const auto path = destination(L"a b.\u00E9");
+  for (const int format : {2, 3, 4}) engine_->textToFile(L"text", path.c_str(), format, false, 3, false);
+  const auto calls = soxCalls();
+  ASSERT_THAT(calls, SizeIs(3));
+  EXPECT_THAT(calls[0],
+              AllOf(HasSubstr("ULXE"), HasSubstr(".wav\" -r 44100 \""), EndsWith("a b.\xC3\xA9\"")));
+  EXPECT_THAT(calls[1], AllOf(HasSubstr(".wav\" -r 8000 \""), EndsWith("a b.\xC3\xA9\"")));
+  EXPECT_THAT(calls[2], AllOf(HasSubstr(".wav\" -C 320 \""), EndsWith("a b.\xC3\xA9\"")));
+}
+
+TEST_F(Export, WithoutSoxNothingIsSynthesized) {
+  for (const int format : {2, 3, 4}) {
+    EXPECT_EQ(engine_->textToFile(L"text", destination().c_str(), format, false, kProductRateIndex, true), 0);
+  }
+  EXPECT_THAT(recording().takeCalls(), IsEmpty());
+}
+
+TEST_F(Export, AFailingOrCrashingSoxIsNotReportedAndLeavesNothingBehind) {
+  installFakeSox();
+  for (const wchar_t* mode : {L"fail", L"crash"}) {
+    const ScopedEnvironment behaviour(L"FAKE_SOX_MODE", mode);
+    EXPECT_EQ(engine_->textToFile(L"text", destination().c_str(), 2, false, 1, false), 1);
+    EXPECT_THAT(namesIn(temporary_.path()), IsEmpty());
+    EXPECT_THAT(namesIn(results_.path()), IsEmpty());
+  }
+}
+
+TEST_F(Export, AFailedSynthesisShowsInTheMissingLogLineOnly) {
+  recording().answer("LXAPI_TextToFile", -9);
+  EXPECT_EQ(engine_->textToFile(L"text", destination(L"failed").c_str(), 1, false, kProductRateIndex, true),
+            1);
+  EXPECT_EQ(newLogText(), "");
+
+  recording().answer("LXAPI_TextToFile", 0);
+  EXPECT_EQ(engine_->textToFile(L"text", destination(L"100%s").c_str(), 1, false, kProductRateIndex, true),
+            1);
+  EXPECT_THAT(newLogText(),
+              EndsWith("|Speaker : Alex,  Export File Path : " + narrow(destination(L"100%s")) + "  \n"));
+}
+
+TEST_F(Export, ASynthesisThatWritesNoFileFailsTheConversion) {
+  recording().audio.clear();
+  EXPECT_EQ(engine_->textToFile(L"text", destination().c_str(), 1, false, 1, true), 0);
+  EXPECT_EQ(newLogText(), "");
+}
+
+TEST_F(Export, AnUnwritableDestinationFailsTheStripping) {
+  const auto missing = destination(L"no folder\\out");
+  EXPECT_EQ(engine_->textToFile(L"text", missing.c_str(), 0, false, 1, false), 0);
+  EXPECT_EQ(engine_->textToFile(L"text", missing.c_str(), 1, false, 1, false), 1) << "not looked at";
+  EXPECT_THAT(namesIn(temporary_.path()), IsEmpty());
+}
+
+TEST_F(Export, NullTextsCountAsEmpty) {
+  EXPECT_EQ(engine_->textToFile(nullptr, nullptr, 0, false, 1, false), 0);
+  EXPECT_EQ(engine_->textToFile(nullptr, nullptr, 1, false, kProductRateIndex, false), 1);
+}
+
+}  // namespace
+}  // namespace speech::test
