@@ -4,11 +4,8 @@
 #include <array>
 #include <iterator>
 
-#include "audio/wav_header.h"
-#if __has_include("audio/rate_wrappers.h")
 #include "audio/rate_wrappers.h"
-#define HAS_RATE 1
-#endif
+#include "audio/wav_header.h"
 #include "engines/shared/process_runner.h"
 #include "win32/text.h"
 
@@ -45,14 +42,8 @@ int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int 
 }
 
 int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output) {
-#ifdef HAS_RATE
   return RATEAPI_WAV2WAV(toThreadCodePage(textOrEmpty(input)).c_str(), rateHz, bits, channels,
                          toThreadCodePage(textOrEmpty(output)).c_str());
-#else
-  static_cast<void>(input), static_cast<void>(rateHz), static_cast<void>(bits);
-  static_cast<void>(channels), static_cast<void>(output);
-  return -1;
-#endif
 }
 
 bool runDictionaryEditor(const LXAPIProduct& product, const wchar_t* dictionary, const wchar_t* extra) {
