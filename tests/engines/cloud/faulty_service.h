@@ -17,8 +17,8 @@ class FaultyService {
   /// The speech service's URL.
   const char* url() const { return url_.c_str(); }
 
-  /// What it answers to the next request; several calls queue up.
-  void answerNext(const std::string& reply) const { ask("/faults?next=" + escaped(reply)); }
+  /// What it answers to the next request. Forgets what it was told before.
+  void answerNext(const std::string& reply) const { ask("/faults?clear=1&next=" + escaped(reply)); }
 
   /// How many requests have come so far.
   int requestCount() const { return std::stoi(ask("/requests")); }

@@ -1,15 +1,10 @@
 // Run without a sound server: there is no device to play on.
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "engines/cloud/wave_player.h"
-#include "engines/shared/module_state.h"
+#include "tests/engines/cloud/cloud_engine_test.h"
+#include "tests/engines/cloud/faulty_service.h"
 #include "tests/engines/cloud/test_sounds.h"
 #include "tests/engines/cloud/wav_bytes.h"
-#include "tests/support/file_content.h"
-#include "tests/support/host_window.h"
-#include "tests/support/temporary_folder.h"
 
 namespace speech {
 namespace {
@@ -29,6 +24,19 @@ TEST(WavePlayerWithoutADevice, RefusesToOpenAndToPlay) {
   player.resume();
   player.stop();
   EXPECT_THAT(host.takeNotices(), testing::IsEmpty());
+}
+
+using CloudEngineWithoutADevice = test::CloudEngineTest;
+
+TEST_F(CloudEngineWithoutADevice, RefusesToSpeakWithoutANotice) {
+  const test::FaultyService service;
+  Skyvo engine(&voice_, service.url());
+  EXPECT_FALSE(engine.speak(L"text", false));
+  EXPECT_FALSE(engine.isSpeaking());
+  EXPECT_TRUE(engine.pauseResume());
+  EXPECT_TRUE(engine.stop());
+  EXPECT_THAT(host_.copiedTexts(), testing::IsEmpty());
+  EXPECT_THAT(host_.takeNotices(), testing::IsEmpty());
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "tests/engines/cloud/test_sounds.h"
 #include "tests/engines/cloud/wav_bytes.h"
 #include "tests/support/file_content.h"
+#include "tests/support/handle_count.h"
 #include "tests/support/host_window.h"
 #include "tests/support/temporary_folder.h"
 
@@ -205,16 +206,26 @@ TEST_F(OpenPlayer, NoticesStayInStepWhenUtterancesAreCutOffAtAnyMoment) {
 }
 
 TEST_F(OpenPlayer, DestructionInTheMiddleOfPlaybackEndsIt) {
-  DWORD handlesBefore = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &handlesBefore);
   ASSERT_TRUE(player_->playFile(soundFile(5).c_str()));
+  const int handlesBefore = test::openHandleCount();
   const ULONGLONG start = GetTickCount64();
   player_.reset();
   RecordProperty("milliseconds", std::to_string(GetTickCount64() - start));
   EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted, kEnded));
-  DWORD handlesAfter = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &handlesAfter);
-  EXPECT_LE(handlesAfter, handlesBefore);
+  EXPECT_LT(test::openHandleCount(), handlesBefore);
+}
+
+TEST_F(OpenPlayer, EveryPlayerGivesItsHandlesBack) {
+  player_.reset();
+  const auto playOnce = [&] {
+    WavePlayer player;
+    EXPECT_EQ(player.openDevice(), WavePlayer::kOpened);
+    EXPECT_TRUE(player.playFile(soundFile(5).c_str()));
+  };
+  playOnce();
+  const int before = test::openHandleCount();
+  for (int round = 0; round < 10; ++round) playOnce();
+  EXPECT_LE(test::openHandleCount(), before + 3);
 }
 
 TEST_F(OpenPlayer, DestructionWhilePausedPostsNothing) {

@@ -1,0 +1,196 @@
+// Speaking through a service on a real socket and a real sound device.
+
+#include "tests/engines/cloud/cloud_engine_test.h"
+#include "tests/engines/cloud/faulty_service.h"
+#include "tests/support/recording_engine.h"
+
+namespace speech {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class CloudSpeaking : public test::CloudEngineTest {
+ protected:
+  bool speak(const std::string& reply) {
+    service_.answerNext(reply);
+    return engine_->speak(L"text", false);
+  }
+
+  std::vector<test::Notice> noticesUntilQuiet() {
+    Sleep(300);
+    return host_.takeNotices();
+  }
+
+  test::FaultyService service_;
+  std::unique_ptr<Skyvo> engine_ = std::make_unique<Skyvo>(&voice_, service_.url());
+};
+
+TEST_F(CloudSpeaking, PostsTheStartThenTheEnd) {
+  ASSERT_TRUE(speak("speech:200"));
+  EXPECT_TRUE(engine_->isSpeaking());
+  EXPECT_FALSE(engine_->isPaused());
+  EXPECT_EQ(host_.waitForNotice(), kStarted);
+  EXPECT_EQ(host_.waitForNotice(), kEnded);
+  EXPECT_TRUE(engine_->isSpeaking());
+  EXPECT_TRUE(engine_->stop());
+  EXPECT_FALSE(engine_->isSpeaking());
+  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
+}
+
+TEST_F(CloudSpeaking, SpeaksAgainAndAgain) {
+  for (int round = 0; round < 3; ++round) {
+    ASSERT_TRUE(speak("speech:100"));
+    EXPECT_EQ(host_.waitForNotice(), kStarted);
+    EXPECT_EQ(host_.waitForNotice(), kEnded);
+  }
+  ASSERT_TRUE(speak("speech:5000"));
+  ASSERT_TRUE(speak("speech:100"));
+  EXPECT_EQ(host_.waitForNotice(), kStarted);
+  EXPECT_EQ(host_.waitForNotice(), kStarted);
+  EXPECT_EQ(host_.waitForNotice(), kEnded);
+  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
+}
+
+TEST_F(CloudSpeaking, StopsInTheMiddle) {
+  ASSERT_TRUE(speak("speech:5000"));
+  EXPECT_TRUE(engine_->stop());
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted, kEnded));
+  EXPECT_FALSE(engine_->isSpeaking());
+  ASSERT_TRUE(speak("speech:5000"));
+  EXPECT_TRUE(engine_->isSpeaking());
+}
+
+TEST_F(CloudSpeaking, PausesWithoutANoticeAndGoesOn) {
+  ASSERT_TRUE(speak("speech:400"));
+  EXPECT_EQ(host_.waitForNotice(), kStarted);
+  Sleep(100);
+  EXPECT_TRUE(engine_->pauseResume());
+  EXPECT_TRUE(engine_->isPaused());
+  EXPECT_TRUE(engine_->isSpeaking());
+  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
+  EXPECT_TRUE(engine_->pauseResume());
+  EXPECT_FALSE(engine_->isPaused());
+  EXPECT_EQ(host_.waitForNotice(), kEnded);
+}
+
+TEST_F(CloudSpeaking, StoppingWhilePausedPostsTheEndAndStaysPausedUntilTheNextSpeech) {
+  ASSERT_TRUE(speak("speech:5000"));
+  Sleep(100);
+  engine_->pauseResume();
+  EXPECT_TRUE(engine_->stop());
+  EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted, kEnded));
+  EXPECT_TRUE(engine_->isPaused());
+  ASSERT_TRUE(speak("speech:100"));
+  EXPECT_FALSE(engine_->isPaused());
+  EXPECT_EQ(host_.waitForNotice(), kStarted);
+  EXPECT_EQ(host_.waitForNotice(), kEnded);
+}
+
+TEST_F(CloudSpeaking, AnIdleEngineStopsAndPausesWithoutANotice) {
+  EXPECT_FALSE(engine_->isSpeaking());
+  EXPECT_TRUE(engine_->stop());
+  EXPECT_TRUE(engine_->pauseResume());
+  EXPECT_TRUE(engine_->isPaused());
+  EXPECT_TRUE(engine_->pauseResume());
+  EXPECT_FALSE(engine_->isPaused());
+  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
+}
+
+TEST_F(CloudSpeaking, ARefusedRequestLeavesTheFlagsAndWhatPlays) {
+  ASSERT_TRUE(speak("speech:300"));
+  Sleep(100);
+  engine_->pauseResume();
+  EXPECT_FALSE(speak("error:500:out of order"));
+  EXPECT_TRUE(engine_->isSpeaking());
+  EXPECT_TRUE(engine_->isPaused());
+  EXPECT_THAT(host_.copiedTexts(), ElementsAre("out of order\n"));
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted, kFailure));
+  engine_->pauseResume();
+  EXPECT_EQ(host_.waitForNotice(), kEnded);
+}
+
+TEST_F(CloudSpeaking, ARefusedFirstRequestLeavesTheEngineIdle) {
+  EXPECT_FALSE(speak("error:500:out of order"));
+  EXPECT_FALSE(engine_->isSpeaking());
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kFailure));
+}
+
+TEST_F(CloudSpeaking, AReplyThatCannotBePlayedIsRefusedWithoutANotice) {
+  for (const char* reply : {"not-a-wav", "empty", "stray-header"}) {
+    EXPECT_FALSE(speak(reply)) << reply;
+  }
+  EXPECT_FALSE(engine_->isSpeaking());
+  EXPECT_THAT(host_.copiedTexts(), IsEmpty());
+  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
+}
+
+TEST_F(CloudSpeaking, LeavesReplyAndHeadersBehind) {
+  ASSERT_TRUE(speak("speech:100"));
+  EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(1));
+  EXPECT_THAT(temporaryFiles(L".txt"), SizeIs(1));
+  EXPECT_FALSE(speak("error"));
+  EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(2));
+}
+
+TEST_F(CloudSpeaking, DeletionEndsWhatPlays) {
+  ASSERT_TRUE(speak("speech:5000"));
+  engine_.reset();
+  EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted, kEnded));
+}
+
+TEST_F(CloudSpeaking, SaysNothingWhereItHasNoUse) {
+  EXPECT_TRUE(engine_->initialize());
+  EXPECT_TRUE(engine_->speakSync(WM_NULL, "text"));
+  EXPECT_FALSE(engine_->isSpeaking());
+  EXPECT_EQ(engine_->applyOptions(*voice_.getOptions()), 0);
+  EXPECT_TRUE(engine_->setOutputAudio(3));
+  engine_->setEventNotify(false);
+  EXPECT_TRUE(engine_->unloadEngine());
+  EXPECT_TRUE(engine_->loadEngine());
+  EXPECT_EQ(engine_->getUserDictLimit(0), -1);
+  EXPECT_EQ(engine_->loadUserDict("words.csv"), 0);
+  EXPECT_EQ(engine_->unloadUserDict(0), 0);
+  EXPECT_EQ(engine_->checkUserDictTargetNorm(0), -1);
+  EXPECT_EQ(engine_->checkUserDictTargetPhon(0), -1);
+  EXPECT_EQ(engine_->checkUserDictSubstitution(0), -1);
+  EXPECT_EQ(engine_->checkUserDictSourceNorm(0), -1);
+  EXPECT_EQ(engine_->checkUserDictSourceLen(0), -1);
+  EXPECT_EQ(engine_->csvParserMakeCsv(0, 0, 0, 0), -1);
+  EXPECT_EQ(engine_->getPinyinActiveInfo(0, 0), -1);
+  EXPECT_EQ(engine_->csvParserInit(), 0);
+  EXPECT_EQ(engine_->csvParserParsing(0, 0), -1);
+  EXPECT_EQ(engine_->csvParserGetNfields(0), -1);
+  EXPECT_NE(engine_->csvParserGetField(0, 0), nullptr);
+}
+
+TEST_F(CloudSpeaking, SynthesizesIntoMemoryWithoutAnEngineAndWithoutAZeroByte) {
+  test::recording().reset();
+  test::recording().audio.assign(100, 7);
+  unsigned char* out = nullptr;
+  EXPECT_EQ(engine_->synthesizeToBuffer(L"text", true, &out), 100);
+  EXPECT_EQ(_msize(out), 100u);
+  std::free(out);
+  EXPECT_THAT(test::recording().takeCalls(),
+              ElementsAre("LXAPI_SetOutputBuffer(0, 0)", "LXAPI_BufferOpen(0, \"text\", -1, 130, 0)",
+                          testing::StartsWith("LXAPI_GetBuffer(0, "),
+                          testing::StartsWith("LXAPI_FreeBuffer("), "LXAPI_BufferClose(0)"));
+}
+
+TEST(Factory, MakesTheCloudEngineForItsProductsInAnyCase) {
+  test::HostWindow host;
+  for (const wchar_t* type : {L"skyvo", L"SKYVO", L"SkyVo"}) {
+    ITextToSpeech::releaseInstance();
+    test::recording().reset();
+    test::recording().install({.key1 = L"Vox", .type = type});
+    ITextToSpeech* const engine = ITextToSpeech::getInstance(host.handle(), test::HostWindow::kNoticeMessage,
+                                                             ITextToSpeech::getLXAPIProductList()->GetHead());
+    EXPECT_NE(dynamic_cast<Skyvo*>(engine), nullptr);
+    EXPECT_TRUE(ITextToSpeech::reloadEngine());
+  }
+  ITextToSpeech::releaseInstance();
+}
+
+}  // namespace
+}  // namespace speech
