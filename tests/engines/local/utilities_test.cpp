@@ -26,5 +26,19 @@ TEST_F(LocalUtilities, AWavHeaderGoesToAPathOfTheThreadsCodePage) {
   EXPECT_EQ(engine_->makeWavHeader(nullptr, 1000, 16000, 16, 1), -1);
 }
 
+TEST_F(LocalUtilities, AWavFileIsConvertedFromAndToPathsOfTheThreadsCodePage) {
+  const TemporaryFolder folder;
+  const std::wstring input = (folder / L"caf\u00e9.wav").wstring();
+  const std::wstring output = (folder / L"\u00e0.wav").wstring();
+  ASSERT_EQ(engine_->makeWavHeader(input.c_str(), 16000, 16000, 16, 1), 0);
+  writeFile(input, readFile(input) + std::string(16000, '\0'));
+  EXPECT_EQ(engine_->convertWavRate(input.c_str(), 8000, 16, 1, output.c_str()), 1);
+  const std::string converted = readFile(output);
+  EXPECT_NEAR(static_cast<double>(converted.size()), 44 + 8000, 16);
+  EXPECT_EQ(converted.substr(24, 4), std::string("\x40\x1f\0\0", 4));  // 8000 Hz
+  EXPECT_EQ(engine_->convertWavRate(L"missing.wav", 8000, 16, 1, output.c_str()), -1);
+  EXPECT_EQ(engine_->convertWavRate(nullptr, 8000, 16, 1, nullptr), -1);
+}
+
 }  // namespace
 }  // namespace speech::test
