@@ -4,13 +4,11 @@
 
 #include <psapi.h>
 #include <tlhelp32.h>
-#include <winternl.h>
 
 #include <array>
 #include <cstddef>
-#include <stdexcept>
-#include <vector>
 
+#include "tests/support/handle_count.h"
 #include "win32/unique_handle.h"
 
 namespace speech::test {
@@ -28,28 +26,6 @@ struct ProcessFigures {
 };
 
 namespace figures {
-
-// Asked of the system's table of all handles: Wine does not serve GetProcessHandleCount.
-inline std::size_t countHandles() {
-  struct Entry {
-    void* object;
-    ULONG_PTR processId;
-    ULONG_PTR handle;
-    ULONG rest[4];
-  };
-  int extendedHandleInformation = 64;  // not among the header's names
-  std::vector<ULONG_PTR> table(1 << 18);
-  while (NtQuerySystemInformation(static_cast<SYSTEM_INFORMATION_CLASS>(extendedHandleInformation),
-                                  table.data(), static_cast<ULONG>(table.size() * sizeof table[0]),
-                                  nullptr) != 0) {
-    if (table.size() > 1 << 24) throw std::runtime_error("the system tells no handles");
-    table.resize(table.size() * 2);
-  }
-  const auto* const entries = reinterpret_cast<const Entry*>(&table[2]);
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < table[0]; ++i) count += entries[i].processId == GetCurrentProcessId();
-  return count;
-}
 
 inline std::size_t countThreads() {
   const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
@@ -87,7 +63,8 @@ inline std::size_t committed() {
 }  // namespace figures
 
 inline ProcessFigures ProcessFigures::now() {
-  return {figures::countHandles(), figures::countThreads(), figures::sumHeaps(), figures::committed()};
+  return {static_cast<std::size_t>(openHandleCount()), figures::countThreads(), figures::sumHeaps(),
+          figures::committed()};
 }
 
 }  // namespace speech::test
