@@ -42,7 +42,6 @@
 
 #include <stddef.h>
 #include <stdint.h>
-#include <wchar.h>
 
 #include "audio/export.h"
 

@@ -56,6 +56,7 @@ void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::u
 }
 
 std::string utf8OfUnknown(std::string_view bytes) {
+  bytes = bytes.substr(0, bytes.find_last_not_of(std::string_view("\r\n\0", 3)) + 1);
   return isUtf8(bytes) ? std::string(bytes) : toUtf8(fromThreadCodePage(bytes));
 }
 

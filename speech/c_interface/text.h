@@ -25,7 +25,8 @@ void handOut(std::wstring_view text, char* buffer, std::uint32_t capacity, std::
 void handOut(std::wstring_view text, wchar_t* buffer, std::uint32_t capacity, std::uint32_t* length);
 void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::uint32_t* length);
 
-/// What a service says comes in UTF-8 or in the thread's code page; the result is UTF-8.
+/// What a service says comes in UTF-8 or in the thread's code page, often with the end of its line; the
+/// result is UTF-8 without that.
 std::string utf8OfUnknown(std::string_view bytes);
 
 }  // namespace speech::c_interface

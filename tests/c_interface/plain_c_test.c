@@ -1,6 +1,8 @@
 /*
  * A C99 program that uses the library as any program would: through the DLL, with the bundled engine library.
  * Ends with 0, or says what went wrong.
+ *
+ * usage: c_interface_plain_c_test FOLDER TOOL_FOLDER   (a folder to write to, and that of sox.exe)
  */
 #include <stdio.h>
 #include <string.h>
@@ -56,7 +58,52 @@ static int32_t first_english_voice(void) {
   return -1;
 }
 
-int main(void) {
+/* What the first bytes of a file in each format are; raw samples have no mark. */
+typedef struct Mark {
+  int32_t format;
+  const char* mark;
+} Mark;
+
+static const Mark kMarks[] = {
+    {SPEECH_FORMAT_PCM, ""},     {SPEECH_FORMAT_WAV, "RIFF"}, {SPEECH_FORMAT_ALAW, "RIFF"},
+    {SPEECH_FORMAT_OGG, "OggS"}, {SPEECH_FORMAT_GSM, "\xD"},  {SPEECH_FORMAT_MP3, "\xFF"},
+};
+
+static void check_file(const char* path, const Mark* mark) {
+  unsigned char start[4] = {0};
+  FILE* file = fopen(path, "rb");
+  size_t size;
+  check(file != NULL, path);
+  if (file == NULL) return;
+  size = fread(start, 1, sizeof start, file);
+  fclose(file);
+  check(size == sizeof start, path);
+  if (mark->format == SPEECH_FORMAT_GSM) start[0] >>= 4; /* half of the byte is sound */
+  check(memcmp(start, mark->mark, strlen(mark->mark)) == 0, path);
+  remove(path);
+}
+
+static void export_every_format(SpeechEngine engine, const SpeechAudio* audio, const char* folder,
+                                const char* tools) {
+  size_t i;
+  char path[300];
+  sprintf(path, "%s\\speech.out", folder);
+  expect(speech_set_tool_folder(engine, tools), SPEECH_OK, "tool folder");
+  for (i = 0; i < sizeof kMarks / sizeof *kMarks; ++i) {
+    const Mark* mark = &kMarks[i];
+    expect(speech_export(engine, kText, 0, mark->format, 0, path), SPEECH_OK, "exporting text");
+    check_file(path, mark);
+    if (mark->format == SPEECH_FORMAT_ALAW) continue;
+    expect(speech_export_samples(engine, audio->samples, audio->byte_count, audio->sample_rate, mark->format,
+                                 path),
+           SPEECH_OK, "exporting samples");
+    check_file(path, mark);
+  }
+}
+
+int main(int count, char** arguments) {
+  const char* folder = count > 1 ? arguments[1] : "";
+  const char* tools = count > 2 ? arguments[2] : "";
   Heard heard = {0};
   SpeechEngine engine = NULL;
   SpeechAudio slow = {0}, fast = {0};
@@ -71,6 +118,7 @@ int main(void) {
   expect(speech_synthesize(engine, kText, 0, 16000, &fast), SPEECH_OK, "synthesizing fast");
   check(fast.byte_count < slow.byte_count, "the fast speech is shorter");
   expect(speech_option_reset(voice), SPEECH_OK, "resetting");
+  export_every_format(engine, &slow, folder, tools);
   speech_audio_free(&slow);
   speech_audio_free(&fast);
   expect(speech_export(engine, kText, 0, SPEECH_FORMAT_ALAW, 48000, "x.wav"), SPEECH_ERROR_UNSUPPORTED,
