@@ -91,13 +91,27 @@ constexpr std::array<std::int16_t, WingLength> makeDelta(const std::array<std::i
   return delta;
 }
 
+template <std::size_t WingLength>
+constexpr auto makePeaks(const std::array<std::int16_t, WingLength>& coef) {
+  std::array<std::int16_t, WingLength / kPeakSpacing> peaks{};
+  std::int16_t peak = 0;
+  for (std::size_t i = WingLength; i-- > 0;) {
+    const auto magnitude = static_cast<std::int16_t>(coef[i] < 0 ? -coef[i] : coef[i]);
+    if (magnitude > peak) peak = magnitude;
+    if (i % kPeakSpacing == 0) peaks[i / kPeakSpacing] = peak;
+  }
+  return peaks;
+}
+
 constexpr auto kSmallCoef = makeCoef<6 * kStepsPerCrossing>();
 constexpr auto kSmallDelta = makeDelta(kSmallCoef);
+constexpr auto kSmallPeaks = makePeaks(kSmallCoef);
 constexpr auto kLargeCoef = makeCoef<32 * kStepsPerCrossing>();
 constexpr auto kLargeDelta = makeDelta(kLargeCoef);
+constexpr auto kLargePeaks = makePeaks(kLargeCoef);
 
-constexpr Filter kSmallFilter{kSmallCoef, kSmallDelta};
-constexpr Filter kLargeFilter{kLargeCoef, kLargeDelta};
+constexpr Filter kSmallFilter{kSmallCoef, kSmallDelta, kSmallPeaks};
+constexpr Filter kLargeFilter{kLargeCoef, kLargeDelta, kLargePeaks};
 
 }  // namespace
 

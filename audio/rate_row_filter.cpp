@@ -1,7 +1,6 @@
 #include "audio/rate_row_filter.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 #include "audio/rate_parameters.h"
@@ -78,21 +77,14 @@ bool RowFilter::planCarryOver() {
   constexpr int kMost = std::numeric_limits<std::int16_t>::max();
   constexpr int kWideTapsRest = 8;  // what a vector of wide taps leaves in the 16-bit sums
 
-  const auto coef = setting_.filter->coef;
+  const auto peaks = setting_.filter->peaks;
   int load = 0;
   bool wide = true;
   bool carries = false;
   for (std::int32_t k = 0; k < rows_.taps; k += kernels_.lanes) {
-    const auto entryOf = [&](std::int32_t tap) {
-      return (static_cast<std::size_t>(tap) * setting_.coefStep) >> kInterpBits;
-    };
-    const std::size_t begin = std::min(entryOf(k), coef.size());
-    const std::size_t end =
-        std::min(entryOf(k + kernels_.lanes - 1) + static_cast<std::size_t>(rowCount_) + 1, coef.size());
-    int largest = 0;
-    for (std::size_t entry = begin; entry < end; ++entry) largest = std::max(largest, std::abs(coef[entry]));
-
-    const int most = largest * kTapsPerCoefficient;
+    const std::size_t nearest = (static_cast<std::size_t>(k) * setting_.coefStep) >> kInterpBits;
+    const std::size_t place = nearest / kPeakSpacing;
+    const int most = place < peaks.size() ? peaks[place] * kTapsPerCoefficient : 0;
     wide = wide && most > kMost;
     std::uint8_t& carryOver = carryOver_[static_cast<std::size_t>(k / kernels_.lanes)];
     carryOver = 0;

@@ -111,6 +111,16 @@ TEST_P(RateFilterTables, DeltasLeadToTheNextEntry) {
   }
 }
 
+TEST_P(RateFilterTables, PeaksAreTheLargestStillToCome) {
+  const auto& [coef, coefDelta, peaks] = *GetParam();
+  ASSERT_EQ(peaks.size() * kPeakSpacing, coef.size());
+  for (std::size_t i = 0; i < peaks.size(); ++i) {
+    const auto rest = coef.subspan(i * kPeakSpacing);
+    const auto [lowest, highest] = std::ranges::minmax(rest);
+    ASSERT_EQ(peaks[i], std::max(std::abs(lowest), std::abs(highest))) << i;
+  }
+}
+
 // Another road to the same design: the square root taken, the Bessel function summed term by term, libm's
 // sine.
 TEST_P(RateFilterTables, AreAWindowedSinc) {
