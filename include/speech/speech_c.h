@@ -206,7 +206,8 @@ SPEECH_API const char* SPEECH_CALL speech_error_text(int32_t error);
 SPEECH_API int32_t SPEECH_CALL speech_error_detail(char* buffer, uint32_t capacity, uint32_t* length);
 
 /** Closes the engine, forgets the voices with their options, and gives the thread free. Harmless when there
- * is nothing to release. The next call starts anew.
+ * is nothing to release. The next call starts anew. A program that unloads the library (FreeLibrary) calls this
+ * before; one that just ends need not.
  * @return SPEECH_OK, WRONG_THREAD, BUSY; ENGINE_OPEN when the live engine belongs to the C++ interface */
 SPEECH_API int32_t SPEECH_CALL speech_release(void);
 

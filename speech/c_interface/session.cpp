@@ -6,7 +6,8 @@
 namespace speech::c_interface {
 
 Session& session() {
-  static Session theSession;
+  // Never destroyed: when a process ends without speech_release its windows and threads go before this would.
+  static Session& theSession = *new Session;
   return theSession;
 }
 
