@@ -51,6 +51,7 @@ bool endsWithin(pid_t child, std::chrono::milliseconds timeLimit) {
 ChildResult runChild(const std::vector<std::string>& arguments, int inputDescriptor, int outputDescriptor,
                      std::chrono::milliseconds timeLimit) {
   std::vector<char*> rawArguments;
+  rawArguments.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) rawArguments.push_back(const_cast<char*>(argument.c_str()));
   rawArguments.push_back(nullptr);
 

@@ -20,10 +20,9 @@ namespace {
 
 constexpr size_t kLongTextCharacters = 5'000;  // some six minutes of speech
 constexpr int kIoTimeoutSeconds = 20;
-// Threads beside those that synthesize: for requests that wait their turn, are still arriving, or are
-// leaving.
-constexpr int kSpareThreads = 64;
-constexpr size_t kReplyBlockBytes = 64 * 1024;
+// Threads beside those that synthesize: for requests that wait their turn, arrive or leave.
+constexpr size_t kSpareThreads = 64;
+constexpr size_t kReplyBlockBytes = 65'536;
 // How much of a body that is too large is still read, so that its sender gets to see the answer.
 constexpr size_t kDrainFactor = 8;
 
@@ -136,7 +135,7 @@ Server::Implementation::Implementation(const Options& options, const Synthesis& 
 }
 
 void Server::Implementation::setLimits() {
-  const auto threadCount = static_cast<size_t>(options_.concurrent + kSpareThreads);
+  const auto threadCount = static_cast<size_t>(options_.concurrent) + kSpareThreads;
   server_.new_task_queue = [threadCount] { return new httplib::ThreadPool(threadCount); };
   server_.set_socket_options(setSocketOptions);
   server_.set_tcp_nodelay(true);
