@@ -83,6 +83,7 @@ size_t Segmenter::findCut() const {
     if (const size_t end = tagEnd(position); end != 0) {
       length += end - position;
       position = end;
+      if (length >= kLongest) return lastSpace != 0 ? lastSpace : end;
       continue;
     }
     const CodePoint current = decodeAt(text, position);

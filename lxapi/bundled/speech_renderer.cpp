@@ -67,7 +67,7 @@ class Renderer {
           write(samples.subspan(done));
           return wanted_ && !stop.stop_requested();
         });
-    raise(words.flush());
+    raise(words.flush(0, shaper_.position()));
     return rendered && wanted_ && !stop.stop_requested();
   }
 
@@ -78,11 +78,11 @@ class Renderer {
         raise(words.word(mark.characterPosition, mark.characterCount, frame));
         break;
       case SynthesizerMark::Kind::Sentence:
-        raise(words.flush());
-        raise(words.sentence(mark.characterPosition, frame));
+        raise(words.flush(mark.characterPosition, frame));
+        if (const auto sentence = words.sentence(mark.characterPosition, frame)) sink_.event(*sentence);
         break;
       case SynthesizerMark::Kind::Bookmark: {
-        raise(words.flush());
+        raise(words.flush(mark.characterPosition, frame));
         SpeechEvent event;
         event.frame = frame;
         event.number = LX_EVENT_BOOKMARK;
@@ -91,7 +91,7 @@ class Renderer {
         break;
       }
       case SynthesizerMark::Kind::ClauseEnd:
-        raise(words.flush());
+        raise(words.flush(mark.characterPosition, frame));
         endClause(words.pauseAt(mark.characterPosition));
         break;
     }
@@ -111,8 +111,8 @@ class Renderer {
     shaper_.write(samples);
   }
 
-  void raise(const std::optional<SpeechEvent>& event) {
-    if (event) sink_.event(*event);
+  void raise(const WordTracker::Events& events) {
+    for (const SpeechEvent& event : events) sink_.event(event);
   }
 
   void pass(std::span<const int16_t> samples) {

@@ -104,14 +104,13 @@ bool Synthesizer::start(const std::filesystem::path& folder) {
   if (rate != static_cast<int>(kSynthesizerRateHz)) return false;
   espeak_SetSynthCallback(onSamples);
   espeak_SetUriCallback(refuseSoundFile);
+  listVoices();
   started_ = true;
   return true;
 }
 
-std::vector<SynthesizerVoice> Synthesizer::voices() {
-  const std::lock_guard guard(mutex_);
-  // Listed once: it reads every voice's file.
-  if (!started_ || !voices_.empty()) return voices_;
+/// Reads more than a hundred small files, so it is done once.
+void Synthesizer::listVoices() {
   for (const espeak_VOICE** voice = espeak_ListVoices(nullptr); *voice != nullptr; ++voice) {
     const std::string identifier = (*voice)->identifier;
     // Voices of a program that is not here.
@@ -121,6 +120,10 @@ std::vector<SynthesizerVoice> Synthesizer::voices() {
     // The first byte of the languages is the voice's priority for the one that follows.
     voices_.push_back({std::move(name), identifier, (*voice)->languages + 1});
   }
+}
+
+std::vector<SynthesizerVoice> Synthesizer::voices() const {
+  const std::lock_guard guard(mutex_);
   return voices_;
 }
 

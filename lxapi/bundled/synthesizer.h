@@ -55,8 +55,8 @@ class Synthesizer {
   /// Starts eSpeak NG on the folder that holds "espeak-ng-data"; does nothing when it is already running.
   bool start(const std::filesystem::path& folder);
 
-  /// Every voice that needs no further program.
-  std::vector<SynthesizerVoice> voices();
+  /// Every voice that needs no further program. Empty while not started.
+  std::vector<SynthesizerVoice> voices() const;
 
   /// For instance "1.52.0". Empty while not started.
   std::string version() const;
@@ -68,12 +68,13 @@ class Synthesizer {
  private:
   Synthesizer() = default;
 
+  void listVoices();
   bool selectVoice(const std::string& voice);
 
   mutable FairMutex mutex_;
   bool started_ = false;
-  std::string currentVoice_;
   std::vector<SynthesizerVoice> voices_;
+  std::string currentVoice_;
 };
 
 }  // namespace lxapi

@@ -53,8 +53,9 @@ class WaveOutput {
   void wake() { SetEvent(wake_.get()); }
 
  private:
-  // Ten buffers of 40 ms: the first sound waits for one, and 400 ms bridge the gaps of a busy machine.
-  static constexpr size_t kBufferCount = 10;
+  // Thirty buffers of 40 ms: the first sound waits for one. A busy machine has been heard to stutter with
+  // ten.
+  static constexpr size_t kBufferCount = 30;
   static constexpr uint32_t kBuffersPerSecond = 25;
 
   struct Buffer {

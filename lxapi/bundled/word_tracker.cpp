@@ -19,22 +19,25 @@ bool startsWith(std::u32string_view text, std::u32string_view prefix) { return t
 
 }  // namespace
 
-std::optional<SpeechEvent> WordTracker::word(int64_t position, int32_t count, uint64_t frame) {
+WordTracker::Events WordTracker::word(int64_t position, int32_t count, uint64_t frame) {
   const std::optional<size_t> begin = locate(position);
-  if (!begin) return std::nullopt;
+  if (!begin) return {};
+  const std::u32string& text = segment_.characters;
   const size_t wordCount = static_cast<size_t>(std::max(count, 1));
-  const size_t end = *begin + std::min(wordCount, segment_.characters.size() - *begin);
-  std::optional<SpeechEvent> before;
-  if (pending_) {
-    if (*begin < pending_->end) return std::nullopt;
-    before = finish(*begin);
+  size_t end = *begin + std::min(wordCount, text.size() - *begin);
+  if (ssml_ && text[*begin] == '&') {
+    const size_t semicolon = text.find(U';', *begin);
+    if (semicolon <= *begin + kLongestEntity) end = semicolon + 1;
   }
+  if (pending_ && *begin < pending_->end) return {};
+  Events before = finish(*begin, frame);
   pending_ = Word{*begin, end, frame};
   return before;
 }
 
-std::optional<SpeechEvent> WordTracker::flush() {
-  return pending_ ? finish(segment_.characters.size()) : std::nullopt;
+WordTracker::Events WordTracker::flush(int64_t position, uint64_t frame) {
+  const size_t limit = static_cast<size_t>(std::max<int64_t>(position, 0));
+  return finish(std::min(limit, segment_.characters.size()), frame);
 }
 
 /// Index of the character that a word mark means, or nothing where no word is.
@@ -57,20 +60,44 @@ std::optional<size_t> WordTracker::locate(int64_t position) const {
   return index;
 }
 
-/// Ends the waiting word at the end of its letters, before `limit`.
-std::optional<SpeechEvent> WordTracker::finish(size_t limit) {
+/// Ends the waiting word at the end of its letters, and adds the words from there up to `limit`, which is
+/// reached at `frame`.
+WordTracker::Events WordTracker::finish(size_t limit, uint64_t frame) {
+  if (!pending_) return {};
   const std::u32string& text = segment_.characters;
-  const auto [begin, reportedEnd, frame] = *pending_;
+  const Word word = *pending_;
   pending_.reset();
-  size_t end = reportedEnd;
-  while (end < limit) {
-    const bool joined = isApostrophe(text[end]) && end + 1 < limit && isWordCharacter(text[end + 1]);
-    if (!isWordCharacter(text[end]) && !joined) break;
-    ++end;
-  }
-  while (end > begin + 1 && (isSpace(text[end - 1]) || tagBegin(end - 1))) --end;
+  limit = std::max(limit, word.end);
+  const auto endOfLetters = [&](size_t index) {
+    while (index < limit) {
+      const bool joined = isApostrophe(text[index]) && index + 1 < limit && isWordCharacter(text[index + 1]);
+      if (!isWordCharacter(text[index]) && !joined) break;
+      ++index;
+    }
+    return index;
+  };
+  size_t end = endOfLetters(word.end);
+  while (end > word.begin + 1 && (isSpace(text[end - 1]) || tagBegin(end - 1))) --end;
   lastEnd_ = end;
-  return makeEvent(LX_EVENT_WORD, begin, end, frame);
+  Events events{makeEvent(LX_EVENT_WORD, word.begin, end, word.frame)};
+
+  for (size_t index = end; index < limit;) {
+    if (const std::optional<size_t> tag = tagEnd(index)) {
+      index = *tag;
+    } else if (!isWordCharacter(text[index])) {
+      ++index;
+    } else {
+      // A mark other than a word's may lie a letter or two inside the word that follows it.
+      const size_t runEnd = endOfLetters(index);
+      if (runEnd == limit && limit < text.size() && isWordCharacter(text[limit])) break;
+      const uint64_t elapsed =
+          (frame - std::min(word.frame, frame)) * (index - word.begin) / (limit - word.begin);
+      lastEnd_ = runEnd;
+      events.push_back(makeEvent(LX_EVENT_WORD, index, lastEnd_, word.frame + elapsed));
+      index = lastEnd_;
+    }
+  }
+  return events;
 }
 
 SpeechEvent WordTracker::makeEvent(LxEventNumber number, size_t begin, size_t end, uint64_t frame) const {

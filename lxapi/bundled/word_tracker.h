@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "lxapi/bundled/segmenter.h"
 #include "lxapi/bundled/speech_event.h"
@@ -20,11 +21,13 @@ class WordTracker {
  public:
   WordTracker(const Segment& segment, bool ssml) : segment_(segment), ssml_(ssml) {}
 
-  /// A word mark; returns the word before it, if one is waiting.
-  std::optional<SpeechEvent> word(int64_t position, int32_t count, uint64_t frame);
+  using Events = std::vector<SpeechEvent>;
 
-  /// The word that is waiting, when something else than a word follows.
-  std::optional<SpeechEvent> flush();
+  /// A word mark; returns the words before it.
+  Events word(int64_t position, int32_t count, uint64_t frame);
+
+  /// The words that are left when something else than a word follows at `position`.
+  Events flush(int64_t position, uint64_t frame);
 
   /// The sentence that starts at `position`, up to its punctuation.
   std::optional<SpeechEvent> sentence(int64_t position, uint64_t frame) const;
@@ -43,7 +46,7 @@ class WordTracker {
   };
 
   std::optional<size_t> locate(int64_t position) const;
-  std::optional<SpeechEvent> finish(size_t limit);
+  Events finish(size_t limit, uint64_t frame);
   SpeechEvent makeEvent(LxEventNumber number, size_t begin, size_t end, uint64_t frame) const;
   std::optional<size_t> tagBegin(size_t index) const;
   std::optional<size_t> tagEnd(size_t index) const;
