@@ -108,9 +108,9 @@ TEST(Segmenter, MalformedSsmlIsTextOrLeftOut) {
 }
 
 // Each of these took time by the square of its length in a careless version: they are here to end.
-TEST(Segmenter, HostileSsmlOfAMegabyteIsCutInOneGo) {
+TEST(Segmenter, HostileSsmlIsCutInOneGo) {
   for (const char* const part : {"<a", "<!--", "<a>", "</a>", "<a>. ", "&", "<"}) {
-    const std::string text = repeated(part, 1'000'000 / std::string_view(part).size());
+    const std::string text = repeated(part, 300'000 / std::string_view(part).size());
     size_t characters = 0;
     Segmenter segmenter(text, true);
     while (const std::optional<Segment> segment = segmenter.next()) characters += segment->characters.size();

@@ -145,7 +145,7 @@ TEST(WrongArguments, AnEngineMustBeBoundAndLoaded) {
   EXPECT_EQ(LXAPI_UnloadEngine(session.engine), LX_OK);
   EXPECT_EQ(LXAPI_UnloadEngine(session.engine), LX_ERROR_NOT_LOADED);
   EXPECT_EQ(LXAPI_BufferOpen(session.tts, "a", -1, 2, 0), LX_ERROR_NOT_LOADED);
-  const uint32_t cloud = LXAPI_GetEngine("English (America)", "Cloud");
+  const uint32_t cloud = LXAPI_GetEngine("English (America)+f2", "Cloud");
   ASSERT_NE(cloud, 0U);
   EXPECT_EQ(LXAPI_LoadEngine(cloud), LX_ERROR_UNSUPPORTED) << "a cloud voice speaks elsewhere";
 }
