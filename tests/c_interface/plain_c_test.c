@@ -7,6 +7,7 @@
 #include <stdio.h>
 #include <string.h>
 
+#include <speech/audio_c.h>
 #include <speech/speech_c.h>
 
 static int failures = 0;
@@ -101,6 +102,20 @@ static void export_every_format(SpeechEngine engine, const SpeechAudio* audio, c
   }
 }
 
+static void use_audio_utilities(const SpeechAudio* audio) {
+  const int32_t bytes = (int32_t)audio->byte_count;
+  int16_t* halved = NULL;
+  const int32_t halvedBytes =
+      RATEAPI_PCM2PCM(audio->samples, &bytes, audio->sample_rate, audio->sample_rate / 2, 16, 1, &halved);
+  check(halved != NULL && halvedBytes >= bytes / 2 - 4 && halvedBytes <= bytes / 2 + 4,
+        "half the rate is half the bytes");
+  WFHeader header;
+  ExternFree(halved);
+  check(LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatMuLaw, 1) == 1 && header.blockAlign == 1 &&
+            header.dataSize == 0,
+        "a mu-law header");
+}
+
 int main(int count, char** arguments) {
   const char* folder = count > 1 ? arguments[1] : "";
   const char* tools = count > 2 ? arguments[2] : "";
@@ -118,6 +133,7 @@ int main(int count, char** arguments) {
   expect(speech_synthesize(engine, kText, 0, 16000, &fast), SPEECH_OK, "synthesizing fast");
   check(fast.byte_count < slow.byte_count, "the fast speech is shorter");
   expect(speech_option_reset(voice), SPEECH_OK, "resetting");
+  use_audio_utilities(&slow);
   export_every_format(engine, &slow, folder, tools);
   speech_audio_free(&slow);
   speech_audio_free(&fast);
