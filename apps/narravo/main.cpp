@@ -18,11 +18,7 @@ namespace {
 using namespace narravo;
 
 constexpr void (*kAddCommand[])(CLI::App&) = {
-    addVoicesCommand,
-    addSpeakCommand,
-    addSaveCommand,
-    addExportCommand,
-    addLogCommand,
+    addVoicesCommand, addSpeakCommand, addSaveCommand, addExportCommand, addLogCommand,
 };
 
 constexpr const char* kExitCodeHelp =

@@ -30,7 +30,7 @@ class HeardText {
   }
 
   /// @param rest  what was not announced word by word: the last punctuation
-  void end(std::wstring_view rest) {
+  void end(std::wstring_view rest) const {
     if (!isEmpty_ && !isSsml_) writeOutput(rest.substr(0, rest.find_last_not_of(L" \t\r\n") + 1));
     if (!isEmpty_) writeOutput(L"\n");
   }

@@ -22,7 +22,8 @@ struct Setting {
   void (TextToSpeech_Options::*set)(int);
 };
 
-constexpr Setting kSettings[] = {
+// Addresses of imported functions are known at load time only.
+const Setting kSettings[] = {
     {"--speed", &VoiceArguments::speed, &TextToSpeech_Options::getSpeedRange,
      &TextToSpeech_Options::setSpeed},
     {"--pitch", &VoiceArguments::pitch, &TextToSpeech_Options::getPitchRange,
