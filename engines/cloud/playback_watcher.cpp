@@ -8,16 +8,16 @@
 namespace speech {
 namespace {
 
-// The watcher never blocks; a wait this long means that the system has stopped it.
 constexpr DWORD kPatienceMilliseconds = 5000;
 
 }  // namespace
 
 bool WavePlayer::startWatcher() {
   quit_ = false;
-  stopEvent_.reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
-  answeredEvent_.reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
-  if (!stopEvent_ || !answeredEvent_) return false;
+  for (UniqueHandle* const event : {&stopEvent_, &questionEvent_, &answerEvent_}) {
+    event->reset(CreateEventW(nullptr, FALSE, FALSE, nullptr));
+    if (!*event) return false;
+  }
   thread_.reset(reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, runWatcher, this, 0, nullptr)));
   return thread_ != nullptr;
 }
@@ -28,12 +28,15 @@ unsigned __stdcall WavePlayer::runWatcher(void* player) {
 }
 
 void WavePlayer::watch() {
-  while (WaitForSingleObject(stopEvent_.get(), INFINITE) == WAIT_OBJECT_0) {
-    // Taken before the work, so that an answer stands for everything that was signalled before it was wanted.
-    const bool answer = answerWanted_.exchange(false);
-    reportEnd();
-    if (quit_) return;
-    if (answer) SetEvent(answeredEvent_.get());
+  // Of two signalled events the wait chooses the first: a question is answered when no stop is left.
+  const HANDLE events[] = {stopEvent_.get(), questionEvent_.get()};
+  constexpr DWORD kStopped = WAIT_OBJECT_0;
+  constexpr DWORD kAsked = WAIT_OBJECT_0 + 1;
+  for (;;) {
+    const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
+    if (event == kStopped) reportEnd();
+    if (event == kAsked) SetEvent(answerEvent_.get());
+    if (quit_ || (event != kStopped && event != kAsked)) return;
   }
 }
 
@@ -45,13 +48,12 @@ void WavePlayer::reportEnd() {
   PostMessageW(noticeWindow_, noticeMessage_, kNoticePlaybackEnded, kDetailPlaybackEnded);
 }
 
-// Returns once the watcher has dealt with every stop that was signalled before. The wake-up itself counts as
-// one.
-void WavePlayer::wakeWatcher() {
+// Returns once the watcher has dealt with every stop that was signalled before.
+void WavePlayer::letWatcherCatchUp() {
   if (!initialised_) return;
-  answerWanted_ = true;
-  SetEvent(stopEvent_.get());
-  WaitForSingleObject(answeredEvent_.get(), kPatienceMilliseconds);
+  SetEvent(questionEvent_.get());
+  const HANDLE answers[] = {answerEvent_.get(), thread_.get()};
+  WaitForMultipleObjects(2, answers, FALSE, INFINITE);
 }
 
 void WavePlayer::close() {
@@ -66,7 +68,8 @@ void WavePlayer::close() {
   buffer_.reset();
   device_.reset();
   stopEvent_.reset();
-  answeredEvent_.reset();
+  questionEvent_.reset();
+  answerEvent_.reset();
   thread_.reset();
 }
 

@@ -38,10 +38,11 @@ bool WavePlayer::playFile(const wchar_t* path) {
     const std::scoped_lock lock(endMutex_);
     noticeMessage_ = 0;
   }
-  wakeWatcher();  // it may be at the end of the utterance before; from here on the reader is this thread's
+  letWatcherCatchUp();  // it may be at the end of the utterance before; from here on the reader is this
+                        // thread's
   if (!load(path)) return false;
   if (FAILED(createBuffer()) || FAILED(armStopNotification())) return false;
-  wakeWatcher();  // nothing that the buffer before has signalled may count for this one
+  letWatcherCatchUp();  // nothing that the buffer before has signalled may count for this one
   return start();
 }
 
@@ -125,13 +126,15 @@ void WavePlayer::stop() {
   if (!buffer_ || FAILED(buffer_->Stop())) return;
   g_endNoticeHeld = false;
   static_cast<void>(buffer_->Stop());
-  wakeWatcher();  // a paused buffer signals no second stop
+  SetEvent(stopEvent_.get());  // a paused buffer signals no second stop
+  letWatcherCatchUp();
   buffer_.reset();
   reader_.close();
 }
 
 void WavePlayer::pause() {
   if (!buffer_) return;
+  letWatcherCatchUp();  // where the utterance has just ended, its end is not held
   // The stop's signal must find the notice held already.
   const bool wasHeld = g_endNoticeHeld.exchange(true);
   if (FAILED(buffer_->Stop())) g_endNoticeHeld = wasHeld;
@@ -140,7 +143,7 @@ void WavePlayer::pause() {
 void WavePlayer::resume() {
   DWORD cursor = 0;
   if (!buffer_ || FAILED(buffer_->GetCurrentPosition(&cursor, nullptr)) || cursor == 0) return;
-  wakeWatcher();  // the pause's own signal must not end the utterance once the notice is free
+  letWatcherCatchUp();  // the pause's own signal must not end the utterance once the notice is free
   g_endNoticeHeld = false;
   if (FAILED(buffer_->Play(0, 0, 0))) g_endNoticeHeld = true;
 }

@@ -72,7 +72,7 @@ class WavePlayer {
   bool start();
   bool startWatcher();
   static unsigned __stdcall runWatcher(void* player);
-  void wakeWatcher();
+  void letWatcherCatchUp();
   void watch();
   void reportEnd();
 
@@ -86,9 +86,9 @@ class WavePlayer {
   UniqueHandle thread_;
   /// Signalled by the device when the buffer stops, at its end or before; resets itself.
   UniqueHandle stopEvent_;
-  /// Signalled by the watcher when it has dealt with a wakeWatcher.
-  UniqueHandle answeredEvent_;
-  std::atomic<bool> answerWanted_ = false;
+  /// Signalled by letWatcherCatchUp, and by the watcher in return.
+  UniqueHandle questionEvent_;
+  UniqueHandle answerEvent_;
   std::atomic<bool> quit_ = false;
 
   // Shared by both threads under endMutex_.

@@ -36,7 +36,8 @@ class WavePlayerTest : public testing::Test {
   }
 
   std::wstring soundFile(double seconds, const wchar_t* name = L"sound.wav") {
-    return file(name, test::wavFile(test::murmur(kRateHz, seconds), kRateHz));
+    return file(
+        name, test::wavFile(std::vector<std::int16_t>(static_cast<std::size_t>(kRateHz * seconds)), kRateHz));
   }
 
   std::wstring file(const wchar_t* name, std::string_view content) {
