@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <span>
+
 #include "engines/shared/engine_utilities.h"
 #include "lxapi/lxapi.h"
 #include "speech/product_engine.h"
@@ -25,7 +27,14 @@ CStringW decimal(int number) {
 /// What the engine library says of an engine; false when it has nothing to say.
 bool describe(std::uint32_t engine, LXTTSINFO& info) {
   info = {};
-  return LXAPI_GetTTSInfo(engine, &info) == LX_OK;
+  const bool isKnown = LXAPI_GetTTSInfo(engine, &info) == LX_OK;
+  // A foreign engine library may fill a text to its last place.
+  for (const std::span<wchar_t> text :
+       {std::span<wchar_t>(info.name), std::span<wchar_t>(info.version), std::span<wchar_t>(info.text1),
+        std::span<wchar_t>(info.text2), std::span<wchar_t>(info.folder)}) {
+    text.back() = L'\0';
+  }
+  return isKnown;
 }
 
 }  // namespace

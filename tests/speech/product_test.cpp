@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -217,6 +218,15 @@ TEST_F(ProductTest, TheEngineNamesItself) {
   recording().answer("LXAPI_GetTTSInfo", -2);
   EXPECT_EQ(product.getDisplayName(), L"Unknown");
   EXPECT_EQ(product.getEngineInfo1(), L"");
+}
+
+TEST_F(ProductTest, TextsThatTheEngineDoesNotEndEndWhereTheyMust) {
+  LXTTSINFO& info = recording().ttsInfo;
+  std::memset(static_cast<void*>(&info), 'x', sizeof info);
+  LXAPIProduct& product = make({.key1 = L"A", .key2 = L"B"});
+  EXPECT_EQ(product.getDisplayName().GetLength(), 127 + 4 + 31 + 1);
+  EXPECT_EQ(product.getEngineInfo2().GetLength(), 127);
+  EXPECT_EQ(product.getUserDictEditorPath().Find(L'\\'), 259);
 }
 
 TEST_F(ProductTest, DictionaryPathsFollowTypeAndLanguage) {
