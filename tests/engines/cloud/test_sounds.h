@@ -71,7 +71,7 @@ struct Hearing {
 /// Finds a sound in a recording of the same rate, piece by piece and in order: a busy machine lets the sound
 /// server fall silent for moments, which shift and tear the pieces but do not change them.
 inline Hearing hear(const std::vector<double>& sound, const std::vector<std::int16_t>& recording) {
-  constexpr std::size_t kPieceLength = 2205;
+  constexpr std::size_t kPieceLength = 1102;
   constexpr std::size_t kLongestSilence = 22050;
   const auto best = [&](std::span<const double> piece, std::size_t from, std::size_t to) {
     std::pair<Correlation, std::size_t> found = {{}, from};
@@ -91,8 +91,8 @@ inline Hearing hear(const std::vector<double>& sound, const std::vector<std::int
   for (std::size_t at = 0; at + kPieceLength <= sound.size(); at += kPieceLength, ++pieces) {
     const std::span piece = std::span(sound).subspan(at, kPieceLength);
     auto found = best(piece, place, place + 400);
-    if (found.first.coefficient() < 0.95) found = best(piece, place, place + kLongestSilence);
-    if (found.first.coefficient() < 0.95) continue;
+    if (found.first.coefficient() < 0.98) found = best(piece, place, place + kLongestSilence);
+    if (found.first.coefficient() < 0.98) continue;
     whole.add(found.first);
     ++wholePieces;
     place = found.second + kPieceLength - 20;
