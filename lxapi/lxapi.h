@@ -47,9 +47,15 @@ enum LxResult {
   LX_ERROR_UNSUPPORTED =
       -8,              ///< The file code is not served (nothing was written), or the engine speaks elsewhere.
   LX_ERROR_FILE = -9,  ///< A file could not be opened, read or written.
-  LX_ERROR_DEVICE = -10,      ///< The sound device could not be opened.
-  LX_ERROR_MEMORY = -11,      ///< Out of memory.
-  LX_ERROR_NOT_STARTED = -12  ///< LXAPI_Init has not been called.
+  LX_ERROR_DEVICE = -10,       ///< The sound device could not be opened.
+  LX_ERROR_MEMORY = -11,       ///< Out of memory.
+  LX_ERROR_NOT_STARTED = -12,  ///< LXAPI_Init has not been called.
+  // A user dictionary or a lexicon is refused; the one that was loaded before stays.
+  LX_ERROR_DICT_EMPTY = -13,     ///< It has no entry.
+  LX_ERROR_DICT_SIZE = -14,      ///< The file is too large, or has too many entries.
+  LX_ERROR_DICT_FORMAT = -15,    ///< A quote is never closed, or a record has fewer than two fields.
+  LX_ERROR_DICT_ENTRY = -16,     ///< An entry fails a check (LxDictCheck).
+  LX_ERROR_DICT_DUPLICATE = -17  ///< Two entries have the same source.
 };
 
 /// Flags of the speak calls.
@@ -105,6 +111,27 @@ enum LxInformation {
   LX_INFO_COMMA_PAUSE_MAXIMUM = 24,
   LX_INFO_COMMA_PAUSE_DEFAULT = 25,
   LX_INFO_COMMA_PAUSE_MINIMUM = 26
+};
+
+/// What the checks of a user dictionary's entries answer.
+enum LxDictCheck {
+  LX_DICT_OK = 0,
+  LX_DICT_EMPTY = 1,
+  LX_DICT_TOO_LONG = 2,
+  LX_DICT_BAD_TEXT = 3,      ///< Malformed UTF-8.
+  LX_DICT_CONTROL = 4,       ///< Control characters, for instance a line end.
+  LX_DICT_NO_WORD = 5,       ///< No letter and no digit.
+  LX_DICT_BAD_PHONEMES = 6,  ///< Not phonemes in eSpeak NG's notation.
+  LX_DICT_BAD_RECORD = 7     ///< Not a CSV record of two fields or more.
+};
+
+/// Limits that "LX_GetUserDictLimit" tells.
+enum LxDictLimit {
+  LX_DICT_LIMIT_ENTRIES = 0,
+  LX_DICT_LIMIT_SOURCE = 1,  ///< Longest source, in characters.
+  LX_DICT_LIMIT_TARGET = 2,  ///< Longest target, in characters.
+  LX_DICT_LIMIT_BYTES = 3,   ///< Largest file.
+  LX_DICT_LIMIT_NUMBERS = 4  ///< How many dictionaries an engine can have at a time, numbered from 0.
 };
 
 /// What an engine says of itself. Texts are zero-terminated.
@@ -225,11 +252,20 @@ int32_t LXAPI_CALL LXAPI_GetBuffer(uint32_t tts, void** buffer);
 int32_t LXAPI_CALL LXAPI_FreeBuffer(void* buffer);
 int32_t LXAPI_CALL LXAPI_BufferClose(uint32_t tts);
 
-/// Loads a user dictionary (CSV file) under a number, or unloads that number.
+/// Loads a user dictionary under a number, in place of the one that has the number, or unloads that number
+/// (LX_ERROR_NOT_LOADED when there is none).
+///
+/// A dictionary is a CSV file (RFC 4180) in UTF-8: a word or phrase, what is spoken instead of it, and
+/// further fields that are not looked at, such as a part of speech. It works on whole words, the longest
+/// source first; of several dictionaries the lowest number comes first. A source without capitals stands for
+/// every way of writing it, one with capitals exactly for itself. Speech that is already running is not
+/// affected.
 int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t number, const char* path);
 int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number);
 
-/// Opens a lexicon (0 on failure) and attaches it to a synthesis handle.
+/// Opens a lexicon (0 on failure) and attaches it to a synthesis handle, in place of the one that is
+/// attached. A lexicon is a file like a dictionary, with pronunciations in eSpeak NG's phoneme notation, for
+/// instance "tomato,t@m'A:toU". It comes before the dictionaries, and lives until LXAPI_Exit.
 uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path);
 int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
 
@@ -240,7 +276,31 @@ int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
 /// @param count   how many pointer-sized arguments follow
 /// @return LX_OK, or LX_ERROR_UNKNOWN_ATTRIBUTE for a name that the engine does not know
 ///
-/// "LX_GetTTSInfo" takes an information number (LxInformation) and writes the answer through `result`.
+/// The functions, with their arguments; texts are addresses of zero-terminated UTF-8, and unless something
+/// else is said the answer is written through `result`. An argument that makes no sense leaves `result`
+/// untouched.
+///
+/// "LX_GetTTSInfo"                   information number (LxInformation)
+/// "LX_GetUserDictLimit"             LxDictLimit
+/// "LX_CheckUserDict_SourceLen"      text: is it a source of allowed length? Answers LxDictCheck
+/// "LX_CheckUserDict_SourceNorm"     text: is it a good source?
+/// "LX_CheckUserDict_TargetNorm"     text: is it a good target of a dictionary?
+/// "LX_CheckUserDict_TargetPhon"     text: is it a good target of a lexicon?
+/// "LX_CheckUserDict_Substitution"   text: is it a good CSV record of a dictionary?
+/// "LX_CsvParser_Init"               none; a new CSV parser through `word`, which lives until LXAPI_Exit
+/// "LX_CsvParser_Parsing"            parser, text or 0, least number of fields: reads the first record of the
+/// text
+///                                   (which is copied), with 0 the next one. Answers the line on which the
+///                                   record begins, 0 behind the last one, LX_ERROR_DICT_FORMAT for a
+///                                   malformed record or one of too few fields, LX_ERROR_BAD_TEXT for
+///                                   malformed UTF-8
+/// "LX_CsvParser_GetNfields"         parser: how many fields the record has
+/// "LX_CsvParser_GetField"           parser, index from 0: the field, cut to 999 bytes, through `text`
+/// "LX_CsvParser_MakeCsv"            source text, target text, address of a buffer, its size in bytes: writes
+/// their
+///                                   CSV record, zero-terminated. Answers its length in bytes, or
+///                                   LX_ERROR_BAD_ARGUMENT where the buffer is too small
+/// "LX_GetPinyinActiveInfo"          0, 0: does the engine read Latin letters as pinyin (1) or not (0)?
 int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, int32_t* result, char* text,
                                              void* word, int32_t count, ...);
 

@@ -29,6 +29,9 @@ int32_t acceptText(const Synthesis& synthesis, const char* utf8, int32_t length,
   request.voice = synthesis.engine->installed.synthesizerVoice;
   request.settings = synthesis.settings;
   request.settings.commaPauseMs = synthesis.engine->commaPauseMs;
+  if (synthesis.lexicon) request.substitutions.push_back(synthesis.lexicon);
+  for (const auto& [number, dictionary] : synthesis.engine->dictionaries)
+    request.substitutions.push_back(dictionary);
   return LX_OK;
 }
 

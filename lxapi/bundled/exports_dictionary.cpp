@@ -1,56 +1,81 @@
-// User dictionaries, lexicons and the engine's functions by name.
+// User dictionaries and lexicons.
 
-#include <cstdarg>
-#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
 
+#include "lxapi/bundled/dictionary.h"
 #include "lxapi/bundled/guarded.h"
 #include "lxapi/bundled/library.h"
-#include "lxapi/bundled/voice_settings.h"
 #include "lxapi/lxapi.h"
+#include "win32/text.h"
 
+using lxapi::DictionaryKind;
+using lxapi::DictionaryResult;
 using lxapi::guarded;
+using lxapi::guardedHandle;
 using lxapi::Library;
 
-int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t, const char*) {
+namespace {
+
+/// Reads and checks a file whole before anything is replaced.
+DictionaryResult loadDictionary(const char* path, DictionaryKind kind) {
+  const std::filesystem::path file = speech::fromThreadCodePage(path);
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(file, error);
+  if (error) return {LX_ERROR_FILE, 0, nullptr};
+  if (size > lxapi::kMostDictionaryBytes) return {LX_ERROR_DICT_SIZE, 0, nullptr};
+  std::ifstream stream(file, std::ios::binary);
+  std::string text(static_cast<size_t>(size), '\0');
+  if (!stream.read(text.data(), static_cast<std::streamsize>(size))) return {LX_ERROR_FILE, 0, nullptr};
+  return lxapi::parseDictionary(text, kind);
+}
+
+}  // namespace
+
+int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t number, const char* path) {
   return guarded([=]() -> int32_t {
     Library& library = Library::instance();
-    return library.engine(engine) ? LX_ERROR_UNSUPPORTED : library.handleError();
+    const auto found = library.engine(engine);
+    if (!found) return library.handleError();
+    if (path == nullptr || number < 0 || number >= lxapi::kMostDictionaries) return LX_ERROR_BAD_ARGUMENT;
+    DictionaryResult result = loadDictionary(path, DictionaryKind::Text);
+    if (result.error != LX_OK) return result.error;
+    const std::lock_guard guard(found->mutex);
+    found->dictionaries[number] = std::move(result.substitutions);
+    return LX_OK;
   });
 }
 
-int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t) {
+int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number) {
   return guarded([=]() -> int32_t {
     Library& library = Library::instance();
-    return library.engine(engine) ? LX_ERROR_UNSUPPORTED : library.handleError();
+    const auto found = library.engine(engine);
+    if (!found) return library.handleError();
+    const std::lock_guard guard(found->mutex);
+    return found->dictionaries.erase(number) == 1 ? LX_OK : LX_ERROR_NOT_LOADED;
   });
 }
 
-uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char*) { return 0; }
-
-int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t) {
-  return guarded([=]() -> int32_t {
+uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path) {
+  return guardedHandle([=]() -> uint32_t {
     Library& library = Library::instance();
-    return library.synthesis(tts) ? LX_ERROR_BAD_HANDLE : library.handleError();
+    if (path == nullptr || !library.isStarted()) return 0;
+    DictionaryResult result = loadDictionary(path, DictionaryKind::Phonemes);
+    return result.error == LX_OK ? library.addLexicon(std::move(result.substitutions)) : 0;
   });
 }
 
-int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, int32_t* result, char*, void*,
-                                             int32_t count, ...) {
-  constexpr int32_t kMostArguments = 8;
-  if (name == nullptr || count < 0 || count > kMostArguments) return LX_ERROR_BAD_ARGUMENT;
-  intptr_t arguments[kMostArguments] = {};
-  va_list list;
-  va_start(list, count);
-  for (int32_t index = 0; index < count; ++index) arguments[index] = va_arg(list, intptr_t);
-  va_end(list);
-  return guarded([&]() -> int32_t {
+int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon) {
+  return guarded([=]() -> int32_t {
     Library& library = Library::instance();
-    if (!library.engine(engine)) return library.handleError();
-    if (std::strcmp(name, "LX_GetTTSInfo") != 0) return LX_ERROR_UNKNOWN_ATTRIBUTE;
-    if (result == nullptr || count < 1) return LX_ERROR_BAD_ARGUMENT;
-    const std::optional<int32_t> answer = lxapi::voiceInformation(arguments[0]);
-    if (!answer) return LX_ERROR_UNKNOWN_ATTRIBUTE;
-    *result = *answer;
+    const auto synthesis = library.synthesis(tts);
+    if (!synthesis) return library.handleError();
+    auto found = library.lexicon(lexicon);
+    if (!found) return LX_ERROR_BAD_HANDLE;
+    const std::lock_guard guard(synthesis->mutex);
+    synthesis->lexicon = std::move(found);
     return LX_OK;
   });
 }

@@ -28,6 +28,8 @@ int32_t Library::end() {
     retired.swap(retired_);
     engines_.clear();
     engineHandles_.clear();
+    lexicons_.clear();
+    csvSessions_.clear();
     lent_.clear();
     catalogue_.reset();
   }
@@ -82,6 +84,34 @@ std::shared_ptr<Engine> Library::engine(uint32_t handle) {
   const std::lock_guard guard(mutex_);
   const auto found = engines_.find(handle);
   return found == engines_.end() ? nullptr : found->second;
+}
+
+uint32_t Library::addLexicon(std::shared_ptr<const Substitutions> lexicon) {
+  const std::lock_guard guard(mutex_);
+  if (startCount_ == 0) return 0;
+  const uint32_t handle = nextHandle();
+  lexicons_.emplace(handle, std::move(lexicon));
+  return handle;
+}
+
+std::shared_ptr<const Substitutions> Library::lexicon(uint32_t handle) {
+  const std::lock_guard guard(mutex_);
+  const auto found = lexicons_.find(handle);
+  return found == lexicons_.end() ? nullptr : found->second;
+}
+
+uint32_t Library::createCsvSession() {
+  const std::lock_guard guard(mutex_);
+  if (startCount_ == 0) return 0;
+  const uint32_t handle = nextHandle();
+  csvSessions_.emplace(handle, std::make_shared<CsvSession>());
+  return handle;
+}
+
+std::shared_ptr<CsvSession> Library::csvSession(intptr_t handle) {
+  const std::lock_guard guard(mutex_);
+  const auto found = csvSessions_.find(static_cast<uint32_t>(handle));
+  return found == csvSessions_.end() ? nullptr : found->second;
 }
 
 void* Library::lend(std::vector<int16_t> samples) {

@@ -13,7 +13,9 @@
 #include <vector>
 
 #include "lxapi/bundled/catalogue.h"
+#include "lxapi/bundled/csv_parser.h"
 #include "lxapi/bundled/speech.h"
+#include "lxapi/bundled/substitutions.h"
 #include "lxapi/bundled/voice_settings.h"
 #include "lxapi/lxapi.h"
 
@@ -27,6 +29,7 @@ struct Engine {
   std::mutex mutex;
   bool loaded = false;
   int32_t commaPauseMs = kCommaPauseRange.normal;
+  std::map<int32_t, std::shared_ptr<const Substitutions>> dictionaries;
 };
 
 /// What a synthesis handle stands for.
@@ -45,9 +48,18 @@ struct Synthesis {
   int32_t outputCode = -1;
   bool bufferOpen = false;
   std::vector<int16_t> buffer;
+  std::shared_ptr<const Substitutions> lexicon;
   /// Held during a synthesis to a file or to memory, one at a time; `stopOutput` ends it.
   std::mutex outputMutex;
   std::stop_source stopOutput;
+};
+
+/// A host's CSV parser. Calls on one at a time.
+struct CsvSession {
+  std::mutex mutex;
+  std::string text;
+  std::optional<CsvParser> parser;
+  std::vector<std::string> fields;
 };
 
 class Library {
@@ -66,6 +78,12 @@ class Library {
 
   std::shared_ptr<Synthesis> synthesis(uint32_t handle);
   std::shared_ptr<Engine> engine(uint32_t handle);
+
+  uint32_t addLexicon(std::shared_ptr<const Substitutions> lexicon);
+  std::shared_ptr<const Substitutions> lexicon(uint32_t handle);
+
+  uint32_t createCsvSession();
+  std::shared_ptr<CsvSession> csvSession(intptr_t handle);
 
   /// Hands samples out until they are released or the library ends. Null for no samples.
   void* lend(std::vector<int16_t> samples);
@@ -92,6 +110,8 @@ class Library {
   std::map<uint32_t, std::shared_ptr<Synthesis>> syntheses_;
   std::map<uint32_t, std::shared_ptr<Engine>> engines_;
   std::map<size_t, uint32_t> engineHandles_;  ///< By index in the catalogue.
+  std::map<uint32_t, std::shared_ptr<const Substitutions>> lexicons_;
+  std::map<uint32_t, std::shared_ptr<CsvSession>> csvSessions_;
   std::vector<std::shared_ptr<Speech>> retired_;
   std::map<const void*, std::vector<int16_t>> lent_;
 };

@@ -11,6 +11,9 @@ namespace {
 constexpr size_t kWantedLength = 300;
 constexpr size_t kLongest = 1200;
 
+// A dictionary that makes every letter a sentence does not make a piece longer than this, or little more.
+constexpr size_t kMostSubstituted = 8 * kLongest;
+
 // The synthesizer keeps a tag in a buffer of 500 characters; a longer one says nothing that it could follow.
 constexpr size_t kLongestTag = 480;
 
@@ -51,9 +54,12 @@ void Segment::append(char32_t value, SourceRange range) {
   source.push_back(range);
 }
 
-Segmenter::Segmenter(std::string text, bool ssml)
+Segmenter::Segmenter(std::string text, bool ssml, SubstitutionList substitutions)
     : text_(std::move(text)),
       ssml_(ssml),
+      substitutions_(std::move(substitutions)),
+      phonemesPossible_(std::any_of(substitutions_.begin(), substitutions_.end(),
+                                    [](const auto& one) { return one->phonemes(); })),
       lastTagEnd_(endOfLast(text_, ">")),
       lastCommentEnd_(endOfLast(text_, "-->")) {}
 
@@ -124,26 +130,89 @@ size_t Segmenter::tagEnd(size_t position) const {
 
 void Segmenter::append(Segment& segment, std::string_view piece) {
   const size_t pieceEnd = position_ + piece.size();
+  std::u32string words;
   for (size_t position = position_; position < pieceEnd;) {
-    size_t end = tagEnd(position);
-    const bool isTag = end != 0;
-    if (isTag) {
-      follow(piece.substr(position - position_, end - position));
-    } else {
-      end = position + decodeAt(text_, position).byteCount;
+    const size_t end = tagEnd(position);
+    if (end == 0) {
+      const CodePoint current = decodeAt(text_, position);
+      words.push_back(current.value);
+      position += current.byteCount;
+      continue;
     }
-    const bool omit = isTag && end - position > kLongestTag;
+    appendWords(segment, words);
+    words.clear();
+    const std::string_view tag = piece.substr(position - position_, end - position);
+    follow(tag);
     for (; position < end;) {
       const CodePoint current = decodeAt(text_, position);
-      const uint32_t units = utf16Length(current.value);
-      const SourceRange range{utf16Position_, utf16Position_ + units};
-      // A bracket that opens nothing would make the synthesizer swallow what follows as a tag.
-      const bool stray = ssml_ && !isTag && current.value == '<';
-      if (!omit) segment.append(stray ? U' ' : harmless(current.value), range);
-      utf16Position_ += units;
+      if (tag.size() > kLongestTag) {
+        utf16Position_ += utf16Length(current.value);
+      } else {
+        appendOwn(segment, current.value, harmless(current.value));
+      }
       position += current.byteCount;
     }
   }
+  appendWords(segment, words);
+}
+
+/// Appends text that holds no tag.
+void Segmenter::appendWords(Segment& segment, std::u32string_view text) {
+  for (size_t index = 0; index < text.size();) {
+    const char32_t before = index > 0 ? text[index - 1] : U' ';
+    size_t length = 0;
+    if (substitute(segment, text.substr(index), before, length)) {
+      index += length;
+      continue;
+    }
+    const char32_t value = text[index++];
+    // A bracket that opens nothing would make the synthesizer swallow what follows, as a tag or as phonemes.
+    const bool strayTag = ssml_ && value == '<';
+    const bool strayPhonemes = phonemesPossible_ && value == '[' && before == '[';
+    appendOwn(segment, value, strayTag || strayPhonemes ? U' ' : harmless(value));
+  }
+}
+
+/// Appends a character of the caller's, or what stands for it.
+void Segmenter::appendOwn(Segment& segment, char32_t value, char32_t spoken) {
+  const uint32_t units = utf16Length(value);
+  segment.append(spoken, {utf16Position_, utf16Position_ + units});
+  utf16Position_ += units;
+}
+
+/// Appends what a dictionary says instead of the start of `text`; false where none says anything.
+bool Segmenter::substitute(Segment& segment, std::u32string_view text, char32_t before, size_t& length) {
+  if (segment.characters.size() > kMostSubstituted) return false;
+  for (const auto& substitutions : substitutions_) {
+    const std::optional<Substitutions::Match> match = substitutions->find(text, before);
+    if (!match) continue;
+    length = match->length;
+    uint32_t units = 0;
+    for (const char32_t value : text.substr(0, length)) units += utf16Length(value);
+    const SourceRange range{utf16Position_, utf16Position_ + units};
+    utf16Position_ = range.end;
+    const auto put = [&](std::u32string_view characters) {
+      for (const char32_t value : characters) segment.append(value, range);
+    };
+    if (substitutions->phonemes()) {
+      segment.phonemes = true;
+      put(U"[[");
+    }
+    for (size_t position = 0; position < match->target.size();) {
+      const CodePoint current = decodeAt(match->target, position);
+      position += current.byteCount;
+      if (ssml_ && current.value == '<') {
+        put(U"&lt;");
+      } else if (ssml_ && current.value == '&') {
+        put(U"&amp;");
+      } else {
+        segment.append(harmless(current.value), range);
+      }
+    }
+    if (substitutions->phonemes()) put(U"]]");
+    return true;
+  }
+  return false;
 }
 
 void Segmenter::appendGenerated(Segment& segment, std::string_view text) const {

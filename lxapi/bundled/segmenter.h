@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lxapi/bundled/substitutions.h"
+
 namespace lxapi {
 
 /// A range of the caller's text, in UTF-16 units.
@@ -27,6 +29,8 @@ struct Segment {
   std::vector<SourceRange> source;
   /// True for the last piece of the text.
   bool last = false;
+  /// True when `utf8` holds phonemes between "[[" and "]]".
+  bool phonemes = false;
 
   void append(char32_t value, SourceRange range);
 };
@@ -36,7 +40,8 @@ class Segmenter {
   /// @param text  valid UTF-8
   /// @param ssml  the text is an SSML document: tags are never cut, and a piece opens again what the pieces
   ///              before it left open
-  Segmenter(std::string text, bool ssml);
+  /// @param substitutions  what is spoken instead of the text's own words
+  Segmenter(std::string text, bool ssml, SubstitutionList substitutions = {});
   Segmenter(const Segmenter&) = delete;
   Segmenter& operator=(const Segmenter&) = delete;
 
@@ -52,11 +57,16 @@ class Segmenter {
   size_t findCut() const;
   size_t tagEnd(size_t position) const;
   void append(Segment& segment, std::string_view piece);
+  void appendWords(Segment& segment, std::u32string_view text);
+  void appendOwn(Segment& segment, char32_t value, char32_t spoken);
+  bool substitute(Segment& segment, std::u32string_view text, char32_t before, size_t& length);
   void appendGenerated(Segment& segment, std::string_view text) const;
   void follow(std::string_view tag);
 
   const std::string text_;
   const bool ssml_;
+  const SubstitutionList substitutions_;
+  const bool phonemesPossible_;
   // Where the last tag and the last comment end: behind these no search for an end can succeed.
   const size_t lastTagEnd_;
   const size_t lastCommentEnd_;

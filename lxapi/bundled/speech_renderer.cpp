@@ -37,7 +37,7 @@ class Renderer {
         shaper_(kSynthesizerRateHz, [this](std::span<const int16_t> samples) { pass(samples); }) {}
 
   int32_t run(const std::stop_token& stop) {
-    Segmenter segmenter(request_.text, request_.ssml);
+    Segmenter segmenter(request_.text, request_.ssml, request_.substitutions);
     while (std::optional<Segment> segment = segmenter.next()) {
       if (stop.stop_requested() || !sink_.wantsMore()) return LX_ERROR_FAILED;
       if (!renderSegment(*segment, stop)) return LX_ERROR_FAILED;
@@ -54,6 +54,7 @@ class Renderer {
     piece.pitch = request_.settings.pitch;
     piece.speed = request_.settings.speed;
     piece.ssml = request_.ssml;
+    piece.phonemes = segment.phonemes;
     piece.pauseAtEnd = !segment.last;
     const bool rendered = Synthesizer::instance().render(
         segment.utf8, piece, [&](std::span<const int16_t> samples, std::span<const SynthesizerMark> marks) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "lxapi/bundled/speech_event.h"
+#include "lxapi/bundled/substitutions.h"
 #include "lxapi/bundled/voice_settings.h"
 
 namespace lxapi {
@@ -18,6 +19,7 @@ struct SpeechRequest {
   bool ssml = false;
   std::string voice;
   VoiceSettings settings;
+  SubstitutionList substitutions;
 };
 
 /// Receives a speech. Called on the rendering thread, `samples` and `event` under the synthesizer's lock:

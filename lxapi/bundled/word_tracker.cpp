@@ -30,8 +30,10 @@ WordTracker::Events WordTracker::word(int64_t position, int32_t count, uint64_t 
     if (semicolon <= *begin + kLongestEntity) end = semicolon + 1;
   }
   if (pending_ && *begin < pending_->end) return {};
+  if (segment_.source[*begin].begin < heardUntil_) return {};
   Events before = finish(*begin, frame);
   pending_ = Word{*begin, end, frame};
+  heardUntil_ = segment_.source[*begin].end;
   return before;
 }
 
@@ -55,7 +57,6 @@ std::optional<size_t> WordTracker::locate(int64_t position) const {
   for (size_t step = 0; step < kPositionSlack && index > bound; ++step, --index) {
     if (!isWordCharacter(text[index]) || !isWordCharacter(text[index - 1])) break;
   }
-  // Text that stands for a replaced word is one word to the caller.
   if (index < bound || segment_.source[index].begin == segment_.source[index].end) return std::nullopt;
   return index;
 }
@@ -92,9 +93,11 @@ WordTracker::Events WordTracker::finish(size_t limit, uint64_t frame) {
       if (runEnd == limit && limit < text.size() && isWordCharacter(text[limit])) break;
       const uint64_t elapsed =
           (frame - std::min(word.frame, frame)) * (index - word.begin) / (limit - word.begin);
-      lastEnd_ = runEnd;
-      events.push_back(makeEvent(LX_EVENT_WORD, index, lastEnd_, word.frame + elapsed));
-      index = lastEnd_;
+      if (segment_.source[index].begin >= heardUntil_) {
+        events.push_back(makeEvent(LX_EVENT_WORD, index, runEnd, word.frame + elapsed));
+        heardUntil_ = segment_.source[index].end;
+      }
+      index = lastEnd_ = runEnd;
     }
   }
   return events;

@@ -56,6 +56,7 @@ class WordTracker {
   const bool ssml_;
   std::optional<Word> pending_;
   size_t lastEnd_ = 0;
+  uint32_t heardUntil_ = 0;  ///< In the caller's text: a word that was replaced by several is raised once.
 };
 
 }  // namespace lxapi
