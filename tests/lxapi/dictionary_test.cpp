@@ -81,7 +81,7 @@ TEST(Dictionary, EveryFaultHasItsCodeAndLine) {
   for (int index = 0; index < 100'000; ++index) duplicates += "same,other\n";
   std::string many;
   for (size_t index = 0; index <= kMostDictionaryEntries; ++index)
-    many += "k" + std::to_string(index) + ",v\n";
+    many.append("k").append(std::to_string(index)).append(",v\n");
   for (const Case& fault :
        {Case{"", LX_ERROR_DICT_EMPTY, 0}, Case{"\xEF\xBB\xBF\n \n", LX_ERROR_DICT_EMPTY, 0},
         Case{"a,b\n\"c,d\n", LX_ERROR_DICT_FORMAT, 2}, Case{"a,b\nc\n", LX_ERROR_DICT_FORMAT, 2},
