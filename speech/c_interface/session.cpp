@@ -19,7 +19,7 @@ void requireThread() {
 }
 
 std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle) {
-  const std::shared_ptr<OpenEngine> engine = session().engine;
+  std::shared_ptr<OpenEngine> engine = session().engine;
   if (handle == nullptr || engine == nullptr || engine->handle() != handle)
     throw Failure(SPEECH_ERROR_HANDLE);
   if (!engine->isCurrent()) {

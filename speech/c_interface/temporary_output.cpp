@@ -20,6 +20,17 @@ std::wstring temporaryFolder() {
   return narrowPath(folder.data());
 }
 
+/// Makes an empty file with a name of its own; empty when that fails.
+std::wstring newFileIn(const std::wstring& folder) {
+  std::array<wchar_t, MAX_PATH> name{};
+  return GetTempFileNameW(folder.c_str(), L"spc", 0, name.data()) != 0 ? name.data() : std::wstring();
+}
+
+std::wstring folderOf(const std::wstring& path) {
+  const std::size_t end = path.find_last_of(L"\\/:");
+  return end == std::wstring::npos ? L"." : path.substr(0, end + 1);
+}
+
 }  // namespace
 
 std::wstring narrowPath(const std::wstring& path) {
@@ -32,13 +43,9 @@ std::wstring narrowPath(const std::wstring& path) {
   return shortened;
 }
 
-TemporaryOutput::TemporaryOutput(const wchar_t* extension) {
-  std::array<wchar_t, MAX_PATH> name{};
-  if (GetTempFileNameW(temporaryFolder().c_str(), L"spc", 0, name.data()) == 0) {
-    throw Failure(SPEECH_ERROR_FILE, "No temporary file could be made.");
-  }
-  reserved_ = name.data();
-  path_ = reserved_ + extension;
+TemporaryOutput::TemporaryOutput(const wchar_t* extension)
+    : reserved_(newFileIn(temporaryFolder())), path_(reserved_ + extension) {
+  if (reserved_.empty()) throw Failure(SPEECH_ERROR_FILE, "No temporary file could be made.");
 }
 
 TemporaryOutput::~TemporaryOutput() {
@@ -53,9 +60,15 @@ bool TemporaryOutput::hasContent() const {
 }
 
 void TemporaryOutput::moveTo(const std::wstring& destination) {
-  if (!MoveFileExW(path_.c_str(), destination.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED)) {
-    throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination));
-  }
+  // By way of a neighbour: from another disk the move is a copy, which can fail halfway.
+  const std::wstring neighbour = newFileIn(folderOf(destination));
+  const bool isMoved =
+      !neighbour.empty() &&
+      MoveFileExW(path_.c_str(), neighbour.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) &&
+      MoveFileExW(neighbour.c_str(), destination.c_str(), MOVEFILE_REPLACE_EXISTING);
+  if (isMoved) return;
+  if (!neighbour.empty()) DeleteFileW(neighbour.c_str());
+  throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination));
 }
 
 }  // namespace speech::c_interface

@@ -15,6 +15,10 @@ using ::testing::IsEmpty;
 
 class CFiles : public CInterfaceTest {
  protected:
+  static std::ptrdiff_t filesIn(const std::filesystem::path& folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+  }
+
   TemporaryFolder folder_;
 };
 
@@ -24,6 +28,7 @@ TEST_F(CFiles, AnExportReachesAPathThatTheCodePageLacks) {
   const std::filesystem::path path = folder_ / L"\u65e5\u672c \u017c.xyz";
   ASSERT_EQ(speech_export_w(engine, L"x", 0, SPEECH_FORMAT_WAV, 0, path.c_str()), SPEECH_OK);
   EXPECT_EQ(readFile(path), std::string("\1\2\3\4"));
+  EXPECT_EQ(filesIn(folder_.path()), 1);
 }
 
 TEST_F(CFiles, AFailedExportLeavesWhatWasThere) {
@@ -37,6 +42,7 @@ TEST_F(CFiles, AFailedExportLeavesWhatWasThere) {
   EXPECT_EQ(speech_export_w(engine, L"x", 0, 8, 0, path.c_str()), SPEECH_ERROR_UNSUPPORTED);
   EXPECT_EQ(readFile(path), "old");
   EXPECT_THAT(takeEvents(), IsEmpty());
+  EXPECT_EQ(filesIn(folder_.path()), 1);
 }
 
 TEST_F(CFiles, AFolderThatDoesNotExistIsNamed) {
@@ -45,6 +51,11 @@ TEST_F(CFiles, AFolderThatDoesNotExistIsNamed) {
   const std::string path = folder_.file("missing\\x.wav");
   EXPECT_EQ(speech_export(engine, "x", 0, SPEECH_FORMAT_WAV, 0, path.c_str()), SPEECH_ERROR_FILE);
   EXPECT_THAT(detail(), HasSubstr("missing\\x.wav"));
+
+  const std::filesystem::path taken = folder_ / L"taken";
+  std::filesystem::create_directory(taken);
+  EXPECT_EQ(speech_export_w(engine, L"x", 0, SPEECH_FORMAT_WAV, 0, taken.c_str()), SPEECH_ERROR_FILE);
+  EXPECT_EQ(filesIn(folder_.path()), 1) << "nothing but the folder that was in the way";
   std::int32_t count = 0;
   EXPECT_EQ(speech_voice_count(&count), SPEECH_OK);
   EXPECT_EQ(detail(), "");
