@@ -13,6 +13,7 @@ void addVoicesCommand(CLI::App& program);
 void addSpeakCommand(CLI::App& program);
 void addSaveCommand(CLI::App& program);
 void addExportCommand(CLI::App& program);
+void addConvertCommand(CLI::App& program);
 void addLogCommand(CLI::App& program);
 
 }  // namespace narravo

@@ -19,6 +19,12 @@ using namespace narravo;
 
 constexpr void (*kAddCommand[])(CLI::App&) = {
     addVoicesCommand, addSpeakCommand, addSaveCommand, addExportCommand, addLogCommand,
+    addVoicesCommand,
+    addSpeakCommand,
+    addSaveCommand,
+    addExportCommand,
+    addConvertCommand,
+    addLogCommand,
 };
 
 constexpr const char* kExitCodeHelp =
@@ -31,7 +37,7 @@ constexpr const char* kExitCodeHelp =
     "  130  interrupted by Ctrl-C";
 
 int runCommandLine(std::vector<std::string> arguments) {
-  CLI::App program("Speaks text and writes speech as audio files.", "narravo");
+  CLI::App program("Speaks text, writes speech as audio files and converts WAV files.", "narravo");
   program.allow_windows_style_options(false);  // under Wine a file's name may begin with a slash
   program.require_subcommand(1);
   program.footer(kExitCodeHelp);  // the commands inherit it

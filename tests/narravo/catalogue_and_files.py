@@ -130,7 +130,7 @@ class Refusals(HostTest):
 
     def test_help_is_there_for_every_command(self):
         program = self.assert_runs("--help")
-        for command, option in (("voices", "--language"), ("speak", "--ssml"), ("save", "OUTPUT")):
+        for command, option in (("voices", "--language"), ("speak", "--ssml"), ("save", "OUTPUT"), ("convert", "--rate")):
             self.assertIn(command, program)
             text = self.assert_runs(command, "--help")
             self.assertIn(option, text)
