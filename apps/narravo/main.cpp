@@ -18,7 +18,6 @@ namespace {
 using namespace narravo;
 
 constexpr void (*kAddCommand[])(CLI::App&) = {
-    addVoicesCommand, addSpeakCommand, addSaveCommand, addExportCommand, addLogCommand,
     addVoicesCommand,
     addSpeakCommand,
     addSaveCommand,
