@@ -19,6 +19,7 @@
 // is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says UTF-8. Every
 // function may be called from any thread; calls on one synthesis handle are serialised by the library.
 
+// NOLINTBEGIN(modernize-*): hosts in C include this header too.
 #include <stdint.h>
 #include <wchar.h>
 
@@ -309,3 +310,4 @@ int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, 
 
 static_assert(sizeof(LXEVENT) == 288, "the event record's size is part of the interface");
 #endif
+// NOLINTEND(modernize-*)

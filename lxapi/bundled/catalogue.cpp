@@ -105,7 +105,7 @@ std::optional<size_t> Catalogue::find(std::string_view key1, std::string_view ke
 
 std::filesystem::path libraryFolder() {
   HMODULE module = nullptr;
-  const auto address = reinterpret_cast<const wchar_t*>(&libraryFolder);
+  const auto* const address = reinterpret_cast<const wchar_t*>(&libraryFolder);
   GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                      address, &module);
   std::wstring path(MAX_PATH, L'\0');

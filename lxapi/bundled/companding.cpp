@@ -11,7 +11,7 @@ namespace {
 constexpr int kSegmentShift = 4;
 constexpr unsigned kMantissaMask = 0x0F;
 
-unsigned leadingOne(unsigned value) { return static_cast<unsigned>(std::bit_width(value)) - 1; }
+unsigned bitCount(unsigned value) { return static_cast<unsigned>(std::bit_width(value)); }
 
 }  // namespace
 
@@ -21,8 +21,8 @@ uint8_t encodeALaw(int16_t sample) {
   const auto magnitude = static_cast<unsigned>(negative ? ~sample : sample) >> 3;  // 13 bits of 16 count
   unsigned code = magnitude >> 1;
   if (magnitude >= 32) {
-    const unsigned top = leadingOne(magnitude);  // 5 to 11
-    code = (top - 4) << kSegmentShift | (magnitude >> (top - 4) & kMantissaMask);
+    const unsigned segment = std::max(bitCount(magnitude), 6U) - 5;  // 1 to 7
+    code = segment << kSegmentShift | (magnitude >> segment & kMantissaMask);
   }
   constexpr unsigned kPositive = 0x80;
   constexpr unsigned kEvenBitsInverted = 0x55;
@@ -35,8 +35,8 @@ uint8_t encodeMuLaw(int16_t sample) {
   const bool negative = sample < 0;
   const int scaled = (negative ? -static_cast<int>(sample) : sample) >> 2;  // 14 bits of 16 count
   const auto magnitude = static_cast<unsigned>(std::min(scaled, kHighest) + kBias);
-  const unsigned top = leadingOne(magnitude);  // 5 to 12
-  const unsigned code = (top - 5) << kSegmentShift | (magnitude >> (top - 4) & kMantissaMask);
+  const unsigned segment = std::max(bitCount(magnitude), 6U) - 6;  // 0 to 7
+  const unsigned code = segment << kSegmentShift | (magnitude >> (segment + 1) & kMantissaMask);
   constexpr unsigned kNegative = 0x80;
   // The bits go inverted, so that silence is full of ones.
   return static_cast<uint8_t>(~(code | (negative ? kNegative : 0U)));

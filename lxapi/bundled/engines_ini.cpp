@@ -85,7 +85,7 @@ class Parser {
       return;
     }
     const size_t equals = line.find('=');
-    if (equals == std::string_view::npos) return reject("neither \"name = value\" nor \"[voice]\"");
+    if (equals == std::string_view::npos) return reject(R"(neither "name = value" nor "[voice]")");
     set(lowerAscii(trim(line.substr(0, equals))), trim(line.substr(equals + 1)));
   }
 
@@ -115,8 +115,9 @@ class Parser {
       section_->sampleRateHz = rate;
       return;
     }
-    const auto field = std::find_if(std::begin(kTextFields), std::end(kTextFields),
-                                    [&name](const TextField& candidate) { return candidate.name == name; });
+    const auto* const field =
+        std::find_if(std::begin(kTextFields), std::end(kTextFields),
+                     [&name](const TextField& candidate) { return candidate.name == name; });
     // A later version may know more settings.
     if (field == std::end(kTextFields)) return complain("unknown setting \"" + name + "\"");
     (*section_).*(field->member) = widen(name == "language" ? formatLanguageCode(value) : std::string(value));

@@ -95,7 +95,8 @@ int32_t LXAPI_CALL LXAPI_SetOutputBuffer(uint32_t tts, int32_t reserved) {
                        [=](Synthesis&) -> int32_t { return reserved == 0 ? LX_OK : LX_ERROR_BAD_ARGUMENT; });
 }
 
-int32_t LXAPI_CALL LXAPI_BufferOpen(uint32_t tts, const char* utf8, int32_t length, int32_t flags, int32_t) {
+int32_t LXAPI_CALL LXAPI_BufferOpen(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
+                                    int32_t /*reserved*/) {
   return renderOutput(
       tts, utf8, length, flags,
       [](Synthesis& synthesis, const lxapi::SpeechRequest& request, const std::stop_token& stop) {

@@ -132,7 +132,7 @@ int32_t LXAPI_CALL LXAPI_Speak(uint32_t tts, const char* utf8, int32_t length, i
 }
 
 int32_t LXAPI_CALL LXAPI_SynthesizeAsync(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
-                                         int32_t) {
+                                         int32_t /*reserved*/) {
   return speak(tts, utf8, length, flags);
 }
 

@@ -161,7 +161,7 @@ const void* outputOf(const InternalCall& call, Output output) {
 }  // namespace
 
 int32_t callInternalFunction(std::string_view name, const InternalCall& call) {
-  const auto function =
+  const auto* const function =
       std::find_if(std::begin(kFunctions), std::end(kFunctions),
                    [name](const InternalFunction& candidate) { return candidate.name == name; });
   if (function == std::end(kFunctions)) return LX_ERROR_UNKNOWN_ATTRIBUTE;

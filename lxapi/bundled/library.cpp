@@ -161,16 +161,14 @@ void Library::retire(std::shared_ptr<Speech> speech) {
 
 void stopSynthesis(Synthesis& synthesis) {
   std::shared_ptr<Speech> speech;
-  std::stop_source output;
   {
     const std::lock_guard guard(synthesis.mutex);
     speech = std::move(synthesis.speech);
     synthesis.speech.reset();
-    output = synthesis.stopOutput;
+    synthesis.stopOutput.request_stop();
     // Silenced before anybody else can start a new speech on the handle.
     if (speech) speech->stop();
   }
-  output.request_stop();
   if (speech && !speech->join()) Library::instance().retire(std::move(speech));
 }
 

@@ -23,7 +23,7 @@ namespace lxapi {
 
 /// An engine that a host has asked for.
 struct Engine {
-  explicit Engine(const InstalledEngine& entry) : installed(entry) {}
+  explicit Engine(InstalledEngine entry) : installed(std::move(entry)) {}
 
   const InstalledEngine installed;
   std::mutex mutex;

@@ -32,7 +32,7 @@ class SpeechSink {
   virtual bool samples(std::span<const int16_t> samples) = 0;
 
   /// Events come in the order in which they are due, none later than the samples that they belong to.
-  virtual void event(const SpeechEvent&) {}
+  virtual void event(const SpeechEvent& /*event*/) {}
 
   /// Called between two pieces; may wait until more is wanted. Returns false to give up.
   virtual bool wantsMore() { return true; }

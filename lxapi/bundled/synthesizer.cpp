@@ -84,7 +84,7 @@ int onSamples(short* samples, int count, espeak_EVENT* events) {
 
 /// SSML names a sound file: no file of this machine is opened at a document's wish, its text is spoken
 /// instead.
-int refuseSoundFile(int, const char*, const char*) { return 1; }
+int refuseSoundFile(int /*type*/, const char* /*uri*/, const char* /*base*/) { return 1; }
 
 }  // namespace
 

@@ -1,5 +1,7 @@
 #include "lxapi/bundled/wave_output.h"
 
+#include <algorithm>
+
 namespace lxapi {
 
 WaveOutput::WaveOutput() : wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
@@ -24,7 +26,7 @@ bool WaveOutput::open(int32_t device, uint32_t sampleRateHz) {
   for (Buffer& buffer : buffers_) {
     buffer.samples.resize(sampleRateHz / kBuffersPerSecond);
     buffer.header.lpData = reinterpret_cast<char*>(buffer.samples.data());
-    buffer.header.dwBufferLength = static_cast<DWORD>(buffer.samples.size() * sizeof(int16_t));
+    buffer.header.dwBufferLength = static_cast<DWORD>(buffer.samples.size()) * sizeof(int16_t);
     if (waveOutPrepareHeader(device_, &buffer.header, sizeof(WAVEHDR)) != MMSYSERR_NOERROR) return false;
     buffer.header.dwFlags |= WHDR_DONE;
   }
@@ -38,7 +40,7 @@ bool WaveOutput::play(const std::function<size_t(std::span<int16_t>)>& source) {
     if ((buffer.header.dwFlags & WHDR_DONE) == 0) continue;
     const size_t count = source(buffer.samples);
     if (count == 0) return true;
-    buffer.header.dwBufferLength = static_cast<DWORD>(count * sizeof(int16_t));
+    buffer.header.dwBufferLength = static_cast<DWORD>(count) * sizeof(int16_t);
     buffer.header.dwFlags &= ~static_cast<DWORD>(WHDR_DONE);
     if (waveOutWrite(device_, &buffer.header, sizeof(WAVEHDR)) != MMSYSERR_NOERROR) {
       buffer.header.dwFlags |= WHDR_DONE;
@@ -60,10 +62,8 @@ uint64_t WaveOutput::position() {
 
 bool WaveOutput::isIdle() {
   const std::lock_guard guard(mutex_);
-  for (const Buffer& buffer : buffers_) {
-    if ((buffer.header.dwFlags & WHDR_DONE) == 0) return false;
-  }
-  return true;
+  return std::all_of(buffers_.begin(), buffers_.end(),
+                     [](const Buffer& buffer) { return (buffer.header.dwFlags & WHDR_DONE) != 0; });
 }
 
 void WaveOutput::pause() {
