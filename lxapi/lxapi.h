@@ -289,18 +289,16 @@ int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
 /// "LX_CheckUserDict_TargetPhon"     text: is it a good target of a lexicon?
 /// "LX_CheckUserDict_Substitution"   text: is it a good CSV record of a dictionary?
 /// "LX_CsvParser_Init"               none; a new CSV parser through `word`, which lives until LXAPI_Exit
-/// "LX_CsvParser_Parsing"            parser, text or 0, least number of fields: reads the first record of the
-/// text
-///                                   (which is copied), with 0 the next one. Answers the line on which the
-///                                   record begins, 0 behind the last one, LX_ERROR_DICT_FORMAT for a
-///                                   malformed record or one of too few fields, LX_ERROR_BAD_TEXT for
-///                                   malformed UTF-8
+/// "LX_CsvParser_Parsing"            parser, text or 0, least number of fields: reads the text's first
+///                                   record (the text is copied), with 0 the next one. Answers the line
+///                                   on which the record begins, 0 behind the last one,
+///                                   LX_ERROR_DICT_FORMAT for a malformed record or one of too few
+///                                   fields, LX_ERROR_BAD_TEXT for malformed UTF-8
 /// "LX_CsvParser_GetNfields"         parser: how many fields the record has
 /// "LX_CsvParser_GetField"           parser, index from 0: the field, cut to 999 bytes, through `text`
-/// "LX_CsvParser_MakeCsv"            source text, target text, address of a buffer, its size in bytes: writes
-/// their
-///                                   CSV record, zero-terminated. Answers its length in bytes, or
-///                                   LX_ERROR_BAD_ARGUMENT where the buffer is too small
+/// "LX_CsvParser_MakeCsv"            source text, target text, address of a buffer, its size in bytes:
+///                                   writes their CSV record, zero-terminated. Answers its length in
+///                                   bytes, or LX_ERROR_BAD_ARGUMENT where the buffer is too small
 /// "LX_GetPinyinActiveInfo"          0, 0: does the engine read Latin letters as pinyin (1) or not (0)?
 int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, int32_t* result, char* text,
                                              void* word, int32_t count, ...);

@@ -14,6 +14,7 @@ void addSpeakCommand(CLI::App& program);
 void addSaveCommand(CLI::App& program);
 void addExportCommand(CLI::App& program);
 void addConvertCommand(CLI::App& program);
+void addDictionaryCommand(CLI::App& program);
 void addLogCommand(CLI::App& program);
 
 }  // namespace narravo

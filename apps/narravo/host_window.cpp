@@ -23,7 +23,8 @@ BOOL WINAPI onControlEvent(DWORD event) {
   DWORD_PTR answer = 0;
   if (target == nullptr ||
       SendMessageTimeoutW(target, kInterruptMessage, 0, 0, SMTO_NORMAL, kInterruptTimeoutMs, &answer) == 0) {
-    // Not ExitProcess, which lets every DLL clean up behind threads that it has cut off in the middle of their work.
+    // Not ExitProcess, which lets every DLL clean up behind threads that it has cut off in the middle of
+    // their work.
     TerminateProcess(GetCurrentProcess(), kExitInterrupted);
   }
   return TRUE;

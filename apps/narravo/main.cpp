@@ -18,12 +18,8 @@ namespace {
 using namespace narravo;
 
 constexpr void (*kAddCommand[])(CLI::App&) = {
-    addVoicesCommand,
-    addSpeakCommand,
-    addSaveCommand,
-    addExportCommand,
-    addConvertCommand,
-    addLogCommand,
+    addVoicesCommand,  addSpeakCommand,      addSaveCommand, addExportCommand,
+    addConvertCommand, addDictionaryCommand, addLogCommand,
 };
 
 constexpr const char* kExitCodeHelp =
