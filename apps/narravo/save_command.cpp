@@ -7,6 +7,7 @@
 #include "apps/narravo/commands.h"
 #include "apps/narravo/file_path.h"
 #include "apps/narravo/host_error.h"
+#include "apps/narravo/speech_file.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/text_source.h"
 #include "audio/file_io.h"
@@ -46,6 +47,9 @@ void writeWavFile(const std::string& name, std::span<const unsigned char> sample
 void save(const SaveArguments& arguments) {
   const std::wstring text = readText(arguments.text);
   SpeechSession session(arguments.voice);
+  // The service's voices speak into files only.
+  if (session.isCloud())
+    return writeSpeechFile(session, text, arguments.isSsml, arguments.output, std::nullopt);
   unsigned char* buffer = nullptr;
   const int byteCount = session.engine().synthesizeToBuffer(text.c_str(), arguments.isSsml, &buffer);
   const std::unique_ptr<unsigned char, FreeSamples> samples(buffer);
@@ -61,7 +65,8 @@ void save(const SaveArguments& arguments) {
 void addSaveCommand(CLI::App& program) {
   const auto arguments = std::make_shared<SaveArguments>();
   CLI::App* const command = program.add_subcommand("save", "Write the speech of a text as a WAV file");
-  command->add_option("OUTPUT", arguments->output, "The WAV file to write")->required();
+  command->add_option("OUTPUT", arguments->output, "The WAV file to write; its name ends in .wav")
+      ->required();
   addTextArguments(*command, arguments->text);
   addVoiceArguments(*command, arguments->voice);
   command->add_flag("--ssml", arguments->isSsml, "The text is an SSML document");

@@ -1,0 +1,129 @@
+#include "apps/narravo/speech_file.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include <windows.h>
+
+#include "apps/narravo/file_path.h"
+#include "apps/narravo/host_error.h"
+#include "apps/narravo/scratch_folder.h"
+#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/working_notice.h"
+
+namespace narravo {
+namespace {
+
+struct FileType {
+  const wchar_t* extension;
+  int format;
+};
+
+constexpr FileType kFileTypes[] = {{L".pcm", 0}, {L".ogg", 2}, {L".gsm", 3}, {L".mp3", 4}, {L".wav", 5}};
+constexpr int kRatesHz[] = {8000, 16000, 22050, 44100, 48000};
+
+const FileType& fileTypeOf(const std::filesystem::path& path) {
+  const std::wstring extension = path.extension().wstring();
+  const auto type = std::ranges::find_if(
+      kFileTypes, [&](const FileType& each) { return _wcsicmp(each.extension, extension.c_str()) == 0; });
+  if (type == std::end(kFileTypes)) {
+    throw HostError(kExitUsage, "the output's name must end in .wav, .pcm, .ogg, .gsm or .mp3");
+  }
+  return *type;
+}
+
+int rateIndexOf(int rateHz) {
+  const auto rate = std::ranges::find(kRatesHz, rateHz);
+  if (rate == std::end(kRatesHz)) {
+    throw HostError(kExitUsage,
+                    "this voice's rate of " + std::to_string(rateHz) + " Hz needs a --rate to export at");
+  }
+  return static_cast<int>(rate - std::begin(kRatesHz));
+}
+
+/// sox.exe lies beside this program.
+std::wstring toolFolder() {
+  wchar_t program[MAX_PATH] = L"";
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  return std::filesystem::path(program).parent_path().wstring() + L"\\";
+}
+
+bool fitsCodePage(const std::wstring& text) {
+  BOOL isLost = FALSE;
+  WideCharToMultiByte(CP_THREAD_ACP, WC_NO_BEST_FIT_CHARS, text.c_str(), -1, nullptr, 0, nullptr, &isLost);
+  return isLost == FALSE;
+}
+
+/// The output as it was before, put back unless the new file is kept.
+class OlderFile {
+ public:
+  OlderFile(std::filesystem::path path, const ScratchFolder& scratch)
+      : path_(std::move(path)), copy_(scratch.path() / L"older") {
+    std::error_code error;
+    isThere_ = std::filesystem::exists(path_, error);
+    if (isThere_) std::filesystem::copy_file(path_, copy_, error);
+    if (isThere_ && !error) std::filesystem::remove(path_, error);
+    if (error) throw HostError(kExitFile, "cannot replace " + toUtf8(path_.wstring()));
+  }
+  OlderFile(const OlderFile&) = delete;
+  OlderFile& operator=(const OlderFile&) = delete;
+  ~OlderFile() {
+    if (isReplaced_) return;
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+    if (isThere_) std::filesystem::copy_file(copy_, path_, ignored);
+  }
+
+  void keepNewOne() { isReplaced_ = true; }
+
+ private:
+  std::filesystem::path path_;
+  std::filesystem::path copy_;
+  bool isThere_ = false;
+  bool isReplaced_ = false;
+};
+
+/// The library does not say whether SoX succeeded; the file does.
+bool holdsSomething(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::file_size(path, error) > 0 && !error;
+}
+
+/// The library reports success for a file that was cut off.
+bool isDiskFull(const std::filesystem::path& path) {
+  constexpr ULONGLONG kLeastFree = 4096;
+  ULARGE_INTEGER free{};
+  return GetDiskFreeSpaceExW(path.parent_path().c_str(), &free, nullptr, nullptr) &&
+         free.QuadPart < kLeastFree;
+}
+
+}  // namespace
+
+void requireFileType(const std::string& output) { fileTypeOf(pathFromUtf8(output)); }
+
+void writeSpeechFile(SpeechSession& session, const std::wstring& text, bool isSsml, const std::string& name,
+                     std::optional<int> rateHz) {
+  const std::filesystem::path output = std::filesystem::absolute(pathFromUtf8(name));
+  const FileType& type = fileTypeOf(output);
+  const int rateIndex = rateIndexOf(rateHz.value_or(session.product().getSampleRateHz()));
+  session.engine().setToolFolder(toolFolder().c_str());
+
+  const ScratchFolder scratch;
+  OlderFile older(output, scratch);
+  // The library takes file names in the system's code page; what it cannot name is made under a plain name.
+  const bool isDirect = fitsCodePage(output.wstring());
+  const std::filesystem::path made =
+      isDirect ? output : scratch.path() / (std::wstring(L"speech") + type.extension);
+  const WorkingNotice notice("exporting " + name);
+  const int result =
+      session.engine().textToFile(text.c_str(), made.c_str(), type.format, isSsml, rateIndex, true);
+  if (isDiskFull(output)) throw HostError(kExitFile, "the disk is full: " + name);
+  if (result != 1 || !holdsSomething(made)) session.reportRefusal("cannot export to " + name);
+  std::error_code error;
+  if (!isDirect) std::filesystem::copy_file(made, output, error);
+  if (error) throw HostError(kExitFile, "cannot write " + name);
+  older.keepNewOne();
+}
+
+}  // namespace narravo
