@@ -7,8 +7,9 @@
 
 namespace speech::test {
 
-/// A desktop of the calling thread's own. Under Wine the desktop that all programs share belongs to whichever display
-/// the first of them had, which may be none; a new one goes to this process's display. Make it before any window.
+/// A desktop of the calling thread's own. Under Wine the desktop that all programs share belongs to whichever
+/// display the first of them had, which may be none; a new one goes to this process's display. Make it before
+/// any window.
 class OwnDesktop {
  public:
   OwnDesktop() : former_(GetThreadDesktop(GetCurrentThreadId())) {

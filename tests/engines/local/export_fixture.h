@@ -18,21 +18,17 @@
 #include "tests/support/recording_engine.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/wav_files.h"
 #include "win32/known_folders.h"
 
 namespace speech::test {
 
 /// A canonical WAV file of 16-bit mono samples.
 inline std::string wavFile(int sampleRateHz, const std::string& samples) {
-  const auto field = [](std::uint32_t value, int bytes) {
-    std::string text;
-    for (int shift = 0; shift < 8 * bytes; shift += 8) text += static_cast<char>(value >> shift);
-    return text;
-  };
-  const auto rate = static_cast<std::uint32_t>(sampleRateHz);
-  const auto size = static_cast<std::uint32_t>(samples.size());
-  return "RIFF" + field(size + 36, 4) + "WAVEfmt " + field(16, 4) + field(1, 2) + field(1, 2) +
-         field(rate, 4) + field(rate * 2, 4) + field(2, 2) + field(16, 2) + "data" + field(size, 4) + samples;
+  const PcmFile file{.sampleRate = static_cast<std::uint32_t>(sampleRateHz),
+                     .data = {samples.begin(), samples.end()}};
+  const Bytes bytes = file.bytes();
+  return {bytes.begin(), bytes.end()};
 }
 
 inline std::vector<std::wstring> namesIn(const std::filesystem::path& folder) {
