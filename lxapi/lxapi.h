@@ -1,33 +1,40 @@
 #pragma once
 
-// The engine library's interface: what liblxapi.dll exports.
-//
-// An engine library enumerates installed synthesis engines, speaks text to a sound device, to a file or to
-// memory, and reports progress through an event procedure. Anybody can supply one: implement every function
-// below, name the DLL liblxapi.dll and put it beside speech.dll.
-//
-//   LXAPI_Init();
-//   uint32_t engine = LXAPI_GetEngine("English (America)", "Male");
-//   uint32_t tts = LXAPI_CreateHandle();
-//   LXAPI_SetEngineHandle(tts, engine);
-//   LXAPI_LoadEngine(engine);
-//   LXAPI_Speak(tts, "Hello, world.", -1, LX_SPEAK_ASYNC);
-//   ...
-//   LXAPI_Exit();
-//
-// Handles are 32-bit numbers, 0 is no handle. Results are 32-bit, LX_OK (0) means success, a negative value
-// is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says UTF-8. Every
-// function may be called from any thread; calls on one synthesis handle are serialised by the library.
+/// @file
+/// The engine library's interface: what liblxapi.dll exports.
+///
+/// An engine library enumerates installed synthesis engines, speaks text to a sound device, to a file or to
+/// memory, and reports progress through an event procedure. Anybody can supply one: implement every function
+/// below, name the DLL liblxapi.dll and put it beside speech.dll.
+///
+///     LXAPI_Init();
+///     uint32_t engine = LXAPI_GetEngine("English (America)", "Male");
+///     uint32_t tts = LXAPI_CreateHandle();
+///     LXAPI_SetEngineHandle(tts, engine);
+///     LXAPI_LoadEngine(engine);
+///     LXAPI_Speak(tts, "Hello, world.", -1, LX_SPEAK_ASYNC);
+///     ...
+///     LXAPI_Exit();
+///
+/// Handles are 32-bit numbers, 0 is no handle. Results are 32-bit, LX_OK (0) means success, a negative value
+/// is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says UTF-8. Every
+/// function may be called from any thread; calls on one synthesis handle are serialised by the library.
 
 // NOLINTBEGIN(modernize-*): hosts in C include this header too.
 #include <stdint.h>
 #include <wchar.h>
 
+/// How the functions are called: __stdcall, and plain names in the DLL's export table.
 #ifdef _WIN32
 #define LXAPI_CALL __stdcall
-#define LXAPI_CDECL __cdecl
 #else
 #define LXAPI_CALL
+#endif
+
+/// How LXAPI_CallEngineInternal is called, because of its open list.
+#ifdef _WIN32
+#define LXAPI_CDECL __cdecl
+#else
 #define LXAPI_CDECL
 #endif
 
@@ -37,7 +44,7 @@ extern "C" {
 
 /// Results. Any other negative value of a foreign engine library is an error without a name here.
 enum LxResult {
-  LX_OK = 0,
+  LX_OK = 0,                        ///< Done.
   LX_ERROR_FAILED = -1,             ///< No better code fits.
   LX_ERROR_BAD_HANDLE = -2,         ///< The handle is 0, unknown, or of the other kind.
   LX_ERROR_BAD_ARGUMENT = -3,       ///< A null pointer or a number out of range.
@@ -45,9 +52,9 @@ enum LxResult {
   LX_ERROR_NOT_LOADED = -5,         ///< No engine is bound, or it is not loaded.
   LX_ERROR_BUSY = -6,               ///< The handle is already speaking.
   LX_ERROR_UNKNOWN_ATTRIBUTE = -7,  ///< No such attribute, information number or internal function.
-  LX_ERROR_UNSUPPORTED =
-      -8,              ///< The file code is not served (nothing was written), or the engine speaks elsewhere.
-  LX_ERROR_FILE = -9,  ///< A file could not be opened, read or written.
+  /// The file code is not served (nothing was written), or the engine speaks elsewhere.
+  LX_ERROR_UNSUPPORTED = -8,
+  LX_ERROR_FILE = -9,          ///< A file could not be opened, read or written.
   LX_ERROR_DEVICE = -10,       ///< The sound device could not be opened.
   LX_ERROR_MEMORY = -11,       ///< Out of memory.
   LX_ERROR_NOT_STARTED = -12,  ///< LXAPI_Init has not been called.
@@ -97,28 +104,28 @@ enum LxFileCode {
 
 /// Information numbers of the internal function "LX_GetTTSInfo".
 enum LxInformation {
-  LX_INFO_PITCH_MAXIMUM = 11,
-  LX_INFO_PITCH_DEFAULT = 12,
-  LX_INFO_PITCH_MINIMUM = 13,
-  LX_INFO_SPEED_MAXIMUM = 14,
-  LX_INFO_SPEED_DEFAULT = 15,
-  LX_INFO_SPEED_MINIMUM = 16,
-  LX_INFO_VOLUME_MAXIMUM = 17,
-  LX_INFO_VOLUME_DEFAULT = 18,
-  LX_INFO_VOLUME_MINIMUM = 19,
-  LX_INFO_PAUSE_MAXIMUM = 20,
-  LX_INFO_PAUSE_DEFAULT = 21,
-  LX_INFO_PAUSE_MINIMUM = 22,
-  LX_INFO_COMMA_PAUSE_MAXIMUM = 24,
-  LX_INFO_COMMA_PAUSE_DEFAULT = 25,
-  LX_INFO_COMMA_PAUSE_MINIMUM = 26
+  LX_INFO_PITCH_MAXIMUM = 11,        ///< Highest pitch.
+  LX_INFO_PITCH_DEFAULT = 12,        ///< Default pitch.
+  LX_INFO_PITCH_MINIMUM = 13,        ///< Lowest pitch.
+  LX_INFO_SPEED_MAXIMUM = 14,        ///< Highest speed.
+  LX_INFO_SPEED_DEFAULT = 15,        ///< Default speed.
+  LX_INFO_SPEED_MINIMUM = 16,        ///< Lowest speed.
+  LX_INFO_VOLUME_MAXIMUM = 17,       ///< Highest volume.
+  LX_INFO_VOLUME_DEFAULT = 18,       ///< Default volume.
+  LX_INFO_VOLUME_MINIMUM = 19,       ///< Lowest volume.
+  LX_INFO_PAUSE_MAXIMUM = 20,        ///< Longest sentence pause.
+  LX_INFO_PAUSE_DEFAULT = 21,        ///< Default sentence pause.
+  LX_INFO_PAUSE_MINIMUM = 22,        ///< Shortest sentence pause.
+  LX_INFO_COMMA_PAUSE_MAXIMUM = 24,  ///< Longest comma pause.
+  LX_INFO_COMMA_PAUSE_DEFAULT = 25,  ///< Default comma pause.
+  LX_INFO_COMMA_PAUSE_MINIMUM = 26   ///< Shortest comma pause.
 };
 
 /// What the checks of a user dictionary's entries answer.
 enum LxDictCheck {
-  LX_DICT_OK = 0,
-  LX_DICT_EMPTY = 1,
-  LX_DICT_TOO_LONG = 2,
+  LX_DICT_OK = 0,            ///< Good.
+  LX_DICT_EMPTY = 1,         ///< Empty.
+  LX_DICT_TOO_LONG = 2,      ///< Beyond its limit.
   LX_DICT_BAD_TEXT = 3,      ///< Malformed UTF-8.
   LX_DICT_CONTROL = 4,       ///< Control characters, for instance a line end.
   LX_DICT_NO_WORD = 5,       ///< No letter and no digit.
@@ -128,17 +135,17 @@ enum LxDictCheck {
 
 /// Limits that "LX_GetUserDictLimit" tells.
 enum LxDictLimit {
-  LX_DICT_LIMIT_ENTRIES = 0,
-  LX_DICT_LIMIT_SOURCE = 1,  ///< Longest source, in characters.
-  LX_DICT_LIMIT_TARGET = 2,  ///< Longest target, in characters.
-  LX_DICT_LIMIT_BYTES = 3,   ///< Largest file.
-  LX_DICT_LIMIT_NUMBERS = 4  ///< How many dictionaries an engine can have at a time, numbered from 0.
+  LX_DICT_LIMIT_ENTRIES = 0,  ///< Most entries.
+  LX_DICT_LIMIT_SOURCE = 1,   ///< Longest source, in characters.
+  LX_DICT_LIMIT_TARGET = 2,   ///< Longest target, in characters.
+  LX_DICT_LIMIT_BYTES = 3,    ///< Largest file.
+  LX_DICT_LIMIT_NUMBERS = 4   ///< How many dictionaries an engine can have at a time, numbered from 0.
 };
 
 /// What an engine says of itself. Texts are zero-terminated.
 typedef struct LXTTSINFO {
-  wchar_t name[128];
-  wchar_t version[32];
+  wchar_t name[128];    ///< The engine's name.
+  wchar_t version[32];  ///< Its version.
   wchar_t text1[128];   ///< Free text shown to users, for instance the maker.
   wchar_t text2[128];   ///< Free text shown to users, for instance the licence.
   wchar_t folder[260];  ///< The engine's installation folder, without a trailing backslash.
@@ -148,35 +155,44 @@ typedef struct LXTTSINFO {
 typedef struct LXAUDIOOUT {
   int32_t kind;           ///< Always 1: a sound device.
   int32_t bitsPerSample;  ///< Always 16.
-  int32_t sampleRateHz;
-  int32_t device;  ///< Device number from 0, or -1 for the system's default device.
+  int32_t sampleRateHz;   ///< Rate of the samples.
+  int32_t device;         ///< Device number from 0, or -1 for the system's default device.
 } LXAUDIOOUT;
 
 /// An event as the event procedure receives it: 288 bytes, owned by the library for the duration of the call.
 typedef struct LXEVENT {
-  uint32_t reserved;
-  uint32_t word1;
-  uint32_t word2;
-  char name[276];  ///< Bookmark name, UTF-8, zero-terminated.
+  uint32_t reserved;  ///< 0.
+  uint32_t word1;     ///< What it means is the event's own, see LxEventNumber.
+  uint32_t word2;     ///< Likewise.
+  char name[276];     ///< Bookmark name, UTF-8, zero-terminated.
 } LXEVENT;
 
 /// Receives events, on a thread of the library's own.
+/// @param tts     the synthesis handle that speaks
+/// @param event   LxEventNumber
+/// @param record  the event's details, valid during the call
 typedef void(LXAPI_CALL* LXEVENTPROC)(uint32_t tts, int32_t event, const LXEVENT* record);
 
 /// Starts the library. Counts: every LXAPI_Init wants its LXAPI_Exit.
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_Init(void);
 
 /// Ends the library: stops every speech and releases every handle and text.
+/// @return LX_OK or LX_ERROR_NOT_STARTED
 int32_t LXAPI_CALL LXAPI_Exit(void);
 
-/// The first installed engine's cursor, or 0 when none is installed.
+/// Begins the enumeration of installed engines.
+/// @return the first engine's cursor, or 0 when none is installed
 uint32_t LXAPI_CALL LXAPI_GetFirstInstalledEngine(void);
 
-/// The cursor behind `cursor`, or 0 at the end.
+/// Goes on with the enumeration.
+/// @param cursor  the one before
+/// @return the cursor behind it, or 0 at the end
 uint32_t LXAPI_CALL LXAPI_GetNextInstalledEngine(uint32_t cursor);
 
 /// Describes an installed engine. Every pointer is optional. Texts belong to the library and live until
 /// LXAPI_Exit.
+/// @param cursor         from the enumeration
 /// @param key1,key2      the pair that names the engine to LXAPI_GetEngine
 /// @param engineNumber   the engine's place in the enumeration, from 0
 /// @param text3,text4,text5,text7  free texts
@@ -185,6 +201,7 @@ uint32_t LXAPI_CALL LXAPI_GetNextInstalledEngine(uint32_t cursor);
 /// @param number9        free number
 /// @param language       language code in the form "en-US"
 /// @param engineType     names the kind of engine; "skyvo" is a voice of the cloud service
+/// @return LX_OK, LX_ERROR_BAD_HANDLE or LX_ERROR_NOT_STARTED
 int32_t LXAPI_CALL LXAPI_GetEngineInfoFieldEx2(uint32_t cursor, const wchar_t** key1, const wchar_t** key2,
                                                int32_t* engineNumber, const wchar_t** text3,
                                                const wchar_t** text4, const wchar_t** text5,
@@ -192,85 +209,161 @@ int32_t LXAPI_CALL LXAPI_GetEngineInfoFieldEx2(uint32_t cursor, const wchar_t** 
                                                int32_t* sampleRateHz, int32_t* number9,
                                                const wchar_t** language, const wchar_t** engineType);
 
-/// A new synthesis handle, or 0. Lives until LXAPI_Exit.
+/// Makes a synthesis handle: what speaks, with settings and outputs of its own.
+/// @return the handle, or 0; it lives until LXAPI_Exit
 uint32_t LXAPI_CALL LXAPI_CreateHandle(void);
 
-/// The engine that the two keys name (compared without regard to case), or 0. Lives until LXAPI_Exit.
+/// Finds an engine by its keys, which are compared without regard to case.
+/// @param key1,key2  in the thread's code page
+/// @return the engine's handle, or 0; it lives until LXAPI_Exit
 uint32_t LXAPI_CALL LXAPI_GetEngine(const char* key1, const char* key2);
 
-/// Fills `info` with what the engine says of itself.
+/// Asks what the engine says of itself.
+/// @param engine  an engine's handle
+/// @param info    receives the answer
+/// @return LX_OK, LX_ERROR_BAD_HANDLE, LX_ERROR_BAD_ARGUMENT or LX_ERROR_NOT_STARTED
 int32_t LXAPI_CALL LXAPI_GetTTSInfo(uint32_t engine, LXTTSINFO* info);
 
 /// Binds an engine to a synthesis handle.
+/// @param tts     the synthesis handle
+/// @param engine  the engine's handle
+/// @return LX_OK, LX_ERROR_BAD_HANDLE or LX_ERROR_NOT_STARTED
 int32_t LXAPI_CALL LXAPI_SetEngineHandle(uint32_t tts, uint32_t engine);
 
-/// Loads or unloads an engine. A loaded engine can be loaded again; unloading one that is not loaded is
-/// LX_ERROR_NOT_LOADED.
+/// Loads an engine; one that is loaded can be loaded again.
+/// @param engine  the engine's handle
+/// @return LX_OK or an error; LX_ERROR_UNSUPPORTED for an engine that speaks elsewhere
 int32_t LXAPI_CALL LXAPI_LoadEngine(uint32_t engine);
+/// Unloads an engine; what it speaks is stopped.
+/// @param engine  the engine's handle
+/// @return LX_OK, LX_ERROR_NOT_LOADED, or another error
 int32_t LXAPI_CALL LXAPI_UnloadEngine(uint32_t engine);
 
-/// Sets an attribute (LxAttribute) of a synthesis handle or of an engine. Values out of range are brought
-/// into it.
+/// Sets an attribute of a synthesis handle.
+/// @param tts        the synthesis handle
+/// @param attribute  LxAttribute
+/// @param value      brought into the attribute's range
+/// @return LX_OK, LX_ERROR_UNKNOWN_ATTRIBUTE, or another error
 int32_t LXAPI_CALL LXAPI_SetAttr(uint32_t tts, int32_t attribute, int32_t value);
+/// Sets an attribute of an engine.
+/// @param engine     the engine's handle
+/// @param attribute  LX_ATTR_COMMA_PAUSE
+/// @param value      brought into the attribute's range
+/// @return LX_OK, LX_ERROR_UNKNOWN_ATTRIBUTE, or another error
 int32_t LXAPI_CALL LXAPI_SetEngineAttr(uint32_t engine, int32_t attribute, int32_t value);
 
 /// Chooses the sound device for the next LXAPI_Speak.
+/// @param tts     the synthesis handle
+/// @param output  the device
+/// @return LX_OK, LX_ERROR_BAD_ARGUMENT, or another error
 int32_t LXAPI_CALL LXAPI_SetOutputAudio(uint32_t tts, LXAUDIOOUT output);
 
-/// Registers the event procedure (null for none) for the events whose bits are in `mask`.
+/// Registers the event procedure for the speeches that begin from now on.
+/// @param tts        the synthesis handle
+/// @param procedure  null for none
+/// @param mask       the bits of the events that it wants (LxEventNumber)
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_SetEvent(uint32_t tts, LXEVENTPROC procedure, int32_t mask);
 
-/// Speaks UTF-8 text; returns once the text is accepted.
+/// Speaks a text; returns once it is accepted.
+/// @param tts     the synthesis handle
+/// @param utf8    the text; copied
 /// @param length  in bytes, or -1 when the text is zero-terminated
 /// @param flags   LxSpeakFlag
 /// @return LX_OK, or LX_ERROR_BUSY while the handle is speaking, or another error
 int32_t LXAPI_CALL LXAPI_Speak(uint32_t tts, const char* utf8, int32_t length, int32_t flags);
 
-/// As LXAPI_Speak. @param reserved  -1
+/// As LXAPI_Speak; hosts call it for engines whose second key holds a capital N.
+/// @param tts,utf8,length,flags  as for LXAPI_Speak
+/// @param reserved               -1
+/// @return as LXAPI_Speak
 int32_t LXAPI_CALL LXAPI_SynthesizeAsync(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
                                          int32_t reserved);
 
-/// Silences at once and forgets the rest of the text. LX_OK when nothing was spoken.
+/// Silences at once and forgets the rest of the text.
+/// @param tts  the synthesis handle
+/// @return LX_OK, also when nothing was spoken, or an error
 int32_t LXAPI_CALL LXAPI_Stop(uint32_t tts);
 
-/// Halts and continues playback. LX_OK when nothing is spoken.
+/// Halts playback.
+/// @param tts  the synthesis handle
+/// @return LX_OK, also when nothing is spoken, or an error
 int32_t LXAPI_CALL LXAPI_Pause(uint32_t tts);
+/// Continues playback.
+/// @param tts  the synthesis handle
+/// @return as LXAPI_Pause
 int32_t LXAPI_CALL LXAPI_Resume(uint32_t tts);
 
-/// Names the file for the next LXAPI_TextToFile. @param fileCode  LxFileCode
+/// Names the file for the next LXAPI_TextToFile.
+/// @param tts       the synthesis handle
+/// @param path      in the thread's code page
+/// @param fileCode  LxFileCode
+/// @return LX_OK, LX_ERROR_UNSUPPORTED for a code that is not served, or another error
 int32_t LXAPI_CALL LXAPI_SetOutputFile(uint32_t tts, const char* path, int32_t fileCode);
 
-/// Synthesizes UTF-8 text into the file of LXAPI_SetOutputFile; returns when the file is complete.
+/// Synthesizes a text into the file of LXAPI_SetOutputFile; returns when the file is complete.
+/// @param tts,utf8,length,flags  as for LXAPI_Speak
+/// @return LX_OK or an error; no file is left behind then
 int32_t LXAPI_CALL LXAPI_TextToFile(uint32_t tts, const char* utf8, int32_t length, int32_t flags);
 
-/// Synthesis to memory: SetOutputBuffer (second argument 0), BufferOpen (last argument 0) renders the whole
-/// text, GetBuffer stores a pointer to 16-bit mono samples at the engine's rate and returns their size in
-/// bytes (negative: an error), FreeBuffer releases them, BufferClose ends it.
+/// Begins a synthesis to memory.
+/// @param tts       the synthesis handle
+/// @param reserved  0
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_SetOutputBuffer(uint32_t tts, int32_t reserved);
+/// Renders a whole text for LXAPI_GetBuffer.
+/// @param tts,utf8,length,flags  as for LXAPI_Speak
+/// @param reserved               0
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_BufferOpen(uint32_t tts, const char* utf8, int32_t length, int32_t flags,
                                     int32_t reserved);
+/// Hands out what was rendered.
+/// @param tts     the synthesis handle
+/// @param buffer  receives the address of 16-bit mono samples at the engine's rate, for LXAPI_FreeBuffer
+/// @return their size in bytes, or an error
 int32_t LXAPI_CALL LXAPI_GetBuffer(uint32_t tts, void** buffer);
+/// Releases samples.
+/// @param buffer  from LXAPI_GetBuffer
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_FreeBuffer(void* buffer);
+/// Ends the synthesis to memory.
+/// @param tts  the synthesis handle
+/// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_BufferClose(uint32_t tts);
 
-/// Loads a user dictionary under a number, in place of the one that has the number, or unloads that number
-/// (LX_ERROR_NOT_LOADED when there is none).
+/// Loads a user dictionary under a number, in place of the one that has the number.
 ///
 /// A dictionary is a CSV file (RFC 4180) in UTF-8: a word or phrase, what is spoken instead of it, and
 /// further fields that are not looked at, such as a part of speech. It works on whole words, the longest
 /// source first; of several dictionaries the lowest number comes first. A source without capitals stands for
 /// every way of writing it, one with capitals exactly for itself. Speech that is already running is not
 /// affected.
+/// @param engine  the engine's handle
+/// @param number  from 0 to one less than LX_DICT_LIMIT_NUMBERS
+/// @param path    in the thread's code page
+/// @return LX_OK, LX_ERROR_FILE, LX_ERROR_BAD_TEXT, one of the LX_ERROR_DICT codes, or another error
 int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t number, const char* path);
+/// Unloads a user dictionary.
+/// @param engine  the engine's handle
+/// @param number  its number
+/// @return LX_OK, LX_ERROR_NOT_LOADED when there is none, or another error
 int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number);
 
-/// Opens a lexicon (0 on failure) and attaches it to a synthesis handle, in place of the one that is
-/// attached. A lexicon is a file like a dictionary, with pronunciations in eSpeak NG's phoneme notation, for
-/// instance "tomato,t@m'A:toU". It comes before the dictionaries, and lives until LXAPI_Exit.
+/// Opens a lexicon: a file like a dictionary, with pronunciations in eSpeak NG's phoneme notation, for
+/// instance "tomato,t@m'A:toU".
+/// @param path  in the thread's code page
+/// @return the lexicon's handle, or 0; it lives until LXAPI_Exit
 uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path);
+/// Attaches a lexicon to a synthesis handle, in place of the one that is attached. It comes before the
+/// dictionaries.
+/// @param tts      the synthesis handle
+/// @param lexicon  from LXAPI_CreateLexiconHandle
+/// @return LX_OK, LX_ERROR_BAD_HANDLE, or another error
 int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
 
 /// Calls a function of the engine by its name.
+/// @param engine  the engine's handle
+/// @param name    the function's name
 /// @param result  receives the function's number, untouched when it has none; may be null where it has none
 /// @param text    receives the function's text (a buffer of 1000 bytes); may be null where it has none
 /// @param word    receives the function's pointer-sized value; may be null where it has none

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int kNotSet = -1;
-
 /// Stores a value and reports whether it differs from the one before.
 template <class Value>
 bool stored(Value& current, Value value) {
@@ -21,31 +19,7 @@ const wchar_t* decimal(wchar_t (&text)[TextToSpeech_Options::kTextLength], int v
 
 }  // namespace
 
-// Kept: the five defaults stay unset; hosts set them before the first reset.
-TextToSpeech_Options::TextToSpeech_Options()
-    : changed_(false),
-      speed_(kNotSet),
-      volume_(kNotSet),
-      pitch_(kNotSet),
-      pause_(kNotSet),
-      commaPause_(kNotSet),
-      speedMinimum_(kNotSet),
-      volumeMinimum_(kNotSet),
-      pitchMinimum_(kNotSet),
-      pauseMinimum_(kNotSet),
-      commaPauseMinimum_(kNotSet),
-      speedMaximum_(kNotSet),
-      volumeMaximum_(kNotSet),
-      pitchMaximum_(kNotSet),
-      pauseMaximum_(kNotSet),
-      commaPauseMaximum_(kNotSet),
-      format_(OPTION_FORMAT_DEFAULT),
-      aldEnable_(0),
-      speedText_(),
-      volumeText_(),
-      pitchText_(),
-      pauseText_(),
-      commaPauseText_() {}
+TextToSpeech_Options::TextToSpeech_Options() = default;
 
 int TextToSpeech_Options::getSpeed() const { return speed_; }
 int TextToSpeech_Options::getVolume() const { return volume_; }
@@ -59,17 +33,13 @@ void TextToSpeech_Options::setPitch(int value) { changed_ |= stored(pitch_, valu
 void TextToSpeech_Options::setPause(int value) { changed_ |= stored(pause_, value); }
 void TextToSpeech_Options::setCommaPause(int value) { changed_ |= stored(commaPause_, value); }
 
+// Hosts are linked to these by names that say that they are not const.
+// NOLINTBEGIN(readability-make-member-function-const)
 int TextToSpeech_Options::getDefSpeed() { return speedDefault_; }
 int TextToSpeech_Options::getDefVolume() { return volumeDefault_; }
 int TextToSpeech_Options::getDefPitch() { return pitchDefault_; }
 int TextToSpeech_Options::getDefPause() { return pauseDefault_; }
 int TextToSpeech_Options::getDefCommaPause() { return commaPauseDefault_; }
-
-void TextToSpeech_Options::setDefSpeed(int value) { speedDefault_ = value; }
-void TextToSpeech_Options::setDefVolume(int value) { volumeDefault_ = value; }
-void TextToSpeech_Options::setDefPitch(int value) { pitchDefault_ = value; }
-void TextToSpeech_Options::setDefPause(int value) { pauseDefault_ = value; }
-void TextToSpeech_Options::setDefCommaPause(int value) { commaPauseDefault_ = value; }
 
 void TextToSpeech_Options::getSpeedRange(int& minimum, int& maximum) {
   minimum = speedMinimum_;
@@ -95,6 +65,13 @@ void TextToSpeech_Options::getCommaPauseRange(int& minimum, int& maximum) {
   minimum = commaPauseMinimum_;
   maximum = commaPauseMaximum_;
 }
+// NOLINTEND(readability-make-member-function-const)
+
+void TextToSpeech_Options::setDefSpeed(int value) { speedDefault_ = value; }
+void TextToSpeech_Options::setDefVolume(int value) { volumeDefault_ = value; }
+void TextToSpeech_Options::setDefPitch(int value) { pitchDefault_ = value; }
+void TextToSpeech_Options::setDefPause(int value) { pauseDefault_ = value; }
+void TextToSpeech_Options::setDefCommaPause(int value) { commaPauseDefault_ = value; }
 
 void TextToSpeech_Options::setSpeedRange(int minimum, int maximum) {
   speedMinimum_ = minimum;

@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include <span>
+#include <utility>
 
+#include <speech/formats.h>
 #include "engines/shared/engine_utilities.h"
 #include "lxapi/lxapi.h"
 #include "speech/product_engine.h"
@@ -80,38 +82,40 @@ LXAPIProduct::LXAPIProduct(const EngineInfo& info)
   userDictPath3_ = paths.dictionary3;
 }
 
-CStringW LXAPIProduct::setEngineKey1(CStringW value) { return engineKey1_ = value; }
+CStringW LXAPIProduct::setEngineKey1(CStringW value) { return engineKey1_ = std::move(value); }
 CStringW LXAPIProduct::getEngineKey1() const { return engineKey1_; }
-CStringW LXAPIProduct::setEngineKey2(CStringW value) { return engineKey2_ = value; }
+CStringW LXAPIProduct::setEngineKey2(CStringW value) { return engineKey2_ = std::move(value); }
 CStringW LXAPIProduct::getEngineKey2() const { return engineKey2_; }
 int LXAPIProduct::setSampleRateHz(int value) { return sampleRateHz_ = value; }
 int LXAPIProduct::getSampleRateHz() const { return sampleRateHz_; }
-CStringW LXAPIProduct::setInfoText4(CStringW value) { return infoText4_ = value; }
+CStringW LXAPIProduct::setInfoText4(CStringW value) { return infoText4_ = std::move(value); }
 CStringW LXAPIProduct::getInfoText4() const { return infoText4_; }
-CStringW LXAPIProduct::setInfoText3(CStringW value) { return infoText3_ = value; }
+CStringW LXAPIProduct::setInfoText3(CStringW value) { return infoText3_ = std::move(value); }
 CStringW LXAPIProduct::getInfoText3() const { return infoText3_; }
-CStringW LXAPIProduct::setGenderCode(CStringW value) { return genderCode_ = value; }
+CStringW LXAPIProduct::setGenderCode(CStringW value) { return genderCode_ = std::move(value); }
 CStringW LXAPIProduct::getGenderCode() const { return genderCode_; }
-CStringW LXAPIProduct::setInfoText7(CStringW value) { return infoText7_ = value; }
+CStringW LXAPIProduct::setInfoText7(CStringW value) { return infoText7_ = std::move(value); }
 CStringW LXAPIProduct::getInfoText7() const { return infoText7_; }
 int LXAPIProduct::setInfoNumber9(int value) { return infoNumber9_ = value; }
 int LXAPIProduct::getInfoNumber9() const { return infoNumber9_; }
-CStringW LXAPIProduct::setInfoText5(CStringW value) { return infoText5_ = value; }
+CStringW LXAPIProduct::setInfoText5(CStringW value) { return infoText5_ = std::move(value); }
 CStringW LXAPIProduct::getInfoText5() const { return infoText5_; }
-CStringW LXAPIProduct::setLanguageCode(CStringW value) { return languageCode_ = value; }
+CStringW LXAPIProduct::setLanguageCode(CStringW value) { return languageCode_ = std::move(value); }
 CStringW LXAPIProduct::getLanguageCode() const { return languageCode_; }
-CStringW LXAPIProduct::setEngineType(CStringW value) { return engineType_ = value; }
+CStringW LXAPIProduct::setEngineType(CStringW value) { return engineType_ = std::move(value); }
 CStringW LXAPIProduct::getEngineType() const { return engineType_; }
 uint32_t LXAPIProduct::setSynthHandle(uint32_t value) { return synthHandle_ = value; }
 uint32_t LXAPIProduct::getSynthHandle() const { return synthHandle_; }
 uint32_t LXAPIProduct::setEngineRef(uint32_t value) { return engineRef_ = value; }
 uint32_t LXAPIProduct::getEngineRef() const { return engineRef_; }
 TextToSpeech_Options* LXAPIProduct::getOptions() { return &options_; }
-CStringW LXAPIProduct::setUserDictEditorPath(CStringW value) { return userDictEditorPath_ = value; }
+CStringW LXAPIProduct::setUserDictEditorPath(CStringW value) {
+  return userDictEditorPath_ = std::move(value);
+}
 CStringW LXAPIProduct::getUserDictEditorPath() const { return userDictEditorPath_; }
-CStringW LXAPIProduct::setUserDictPath2(CStringW value) { return userDictPath2_ = value; }
+CStringW LXAPIProduct::setUserDictPath2(CStringW value) { return userDictPath2_ = std::move(value); }
 CStringW LXAPIProduct::getUserDictPath2() const { return userDictPath2_; }
-CStringW LXAPIProduct::setUserDictPath3(CStringW value) { return userDictPath3_ = value; }
+CStringW LXAPIProduct::setUserDictPath3(CStringW value) { return userDictPath3_ = std::move(value); }
 CStringW LXAPIProduct::getUserDictPath3() const { return userDictPath3_; }
 
 CStringW LXAPIProduct::getDisplayName() const {
@@ -145,8 +149,7 @@ CStringW LXAPIProduct::getInfoNumber9Text() const { return decimal(infoNumber9_)
 CStringW LXAPIProduct::getKeyLabel() const { return engineKey1_ + L"-" + engineKey2_ + L", " + infoText5_; }
 
 int LXAPIProduct::getSampleRateIndex() const {
-  constexpr int kIndexOf22050 = 2;
   const int index = speech::sampleRateIndexOf(sampleRateHz_);
   // Kept: every other rate counts as 22050 Hz.
-  return index >= 0 ? index : kIndexOf22050;
+  return index >= 0 ? index : speech::kRate22050Hz;
 }

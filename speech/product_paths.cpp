@@ -36,7 +36,7 @@ const std::optional<std::wstring>& userDocuments() {
 CStringW userDictionaryFolder() {
   const auto& documents = userDocuments();
   if (!documents) return {};
-  const CStringW folder = CStringW(documents->c_str()) + kProgramFolder + L"\\UserDict";
+  CStringW folder = CStringW(documents->c_str()) + kProgramFolder + L"\\UserDict";
   CreateDirectoryW(folder, nullptr);
   return folder;
 }

@@ -8,8 +8,6 @@
 namespace narravo {
 
 /// A path as Windows names it, from UTF-8.
-inline std::filesystem::path pathFromUtf8(const std::string& name) {
-  return std::filesystem::path(fromUtf8(name).value_or(L""));
-}
+inline std::filesystem::path pathFromUtf8(const std::string& name) { return fromUtf8(name).value_or(L""); }
 
 }  // namespace narravo

@@ -20,7 +20,11 @@ struct FileType {
   int format;
 };
 
-constexpr FileType kFileTypes[] = {{L".pcm", 0}, {L".ogg", 2}, {L".gsm", 3}, {L".mp3", 4}, {L".wav", 5}};
+constexpr FileType kFileTypes[] = {{L".pcm", speech::kFormatPcm},
+                                   {L".ogg", speech::kFormatOgg},
+                                   {L".gsm", speech::kFormatGsm},
+                                   {L".mp3", speech::kFormatMp3},
+                                   {L".wav", speech::kFormatWav}};
 constexpr int kRatesHz[] = {8000, 16000, 22050, 44100, 48000};
 
 const FileType& fileTypeOf(const std::filesystem::path& path) {

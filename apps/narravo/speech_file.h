@@ -9,11 +9,11 @@
 
 namespace narravo {
 
-/// Writes the speech of a text; the extension of `output` (UTF-8) chooses the type. An older file of that
+/// Writes the speech of a text; the extension of `name` (UTF-8) chooses the type. An older file of that
 /// name stays as it was when the export fails.
 /// @param rateHz  nothing for the voice's own
 /// Throws HostError.
-void writeSpeechFile(SpeechSession& session, const std::wstring& text, bool isSsml, const std::string& output,
+void writeSpeechFile(SpeechSession& session, const std::wstring& text, bool isSsml, const std::string& name,
                      std::optional<int> rateHz);
 
 /// Throws HostError when the extension of `output` is none that can be exported.

@@ -62,15 +62,15 @@ std::string similarVoices(const std::vector<VoiceEntry>& voices, const std::stri
   std::vector<std::pair<std::size_t, std::string>> similar;
   for (const VoiceEntry& voice : voices) {
     for (const std::string& name : {voice.key, voice.language}) {
-      const std::size_t far = editDistance(lower(name), lower(wanted));
-      if (far <= tolerated) similar.emplace_back(far, name);
+      const std::size_t distance = editDistance(lower(name), lower(wanted));
+      if (distance <= tolerated) similar.emplace_back(distance, name);
     }
   }
   std::sort(similar.begin(), similar.end());
   similar.erase(std::unique(similar.begin(), similar.end()), similar.end());
   if (similar.size() > kSuggestions) similar.resize(kSuggestions);
   std::string text;
-  for (const auto& [far, name] : similar) text += (text.empty() ? "; did you mean " : ", ") + name;
+  for (const auto& [distance, name] : similar) text += (text.empty() ? "; did you mean " : ", ") + name;
   return text.empty() ? text : text + "?";
 }
 

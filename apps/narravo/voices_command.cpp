@@ -17,7 +17,8 @@ struct VoicesArguments {
 };
 
 struct Row {
-  std::string cells[5];
+  static constexpr std::size_t kCells = 5;
+  std::string cells[kCells];
 };
 
 Row rowOf(const VoiceEntry& voice) {
@@ -26,7 +27,7 @@ Row rowOf(const VoiceEntry& voice) {
 
 /// Columns as wide as their widest cell, in characters, two blanks apart.
 std::string formatTable(const std::vector<Row>& rows) {
-  std::size_t widths[std::size(Row{}.cells)]{};
+  std::size_t widths[Row::kCells]{};
   const auto width = [](const std::string& cell) { return fromUtf8(cell).value_or(L"").size(); };
   for (const Row& row : rows) {
     for (std::size_t i = 0; i < std::size(row.cells); ++i)

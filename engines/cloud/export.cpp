@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include <speech/formats.h>
+
 #include "engines/cloud/skyvo.h"
 #include "engines/cloud/temporary_names.h"
 #include "engines/shared/engine_utilities.h"
@@ -36,7 +38,7 @@ bool isConvertible(int productRateHz, int targetRateHz) {
 CStringW programFolder() {
   std::wstring path(32'768, L'\0');
   path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  return CStringW(path.substr(0, path.rfind(L'\\') + 1).c_str());
+  return path.substr(0, path.rfind(L'\\') + 1).c_str();
 }
 
 }  // namespace
@@ -88,21 +90,21 @@ int Skyvo::textToFile(const wchar_t* text, const wchar_t* outputPath, int format
     };
     int result = kDone;
     switch (format) {
-      case 0:
-      case 10:
+      case kFormatPcm:
+      case kFormatPcmAlias:
         result = writePcm(text, useSsml, output, targetRateHz);
         break;
-      case 1:
-      case 5:
+      case kFormatWav:
+      case kFormatWavAlias:
         result = writeWav(text, useSsml, output, targetRateHz);
         break;
-      case 2:
+      case kFormatOgg:
         result = writeThroughSox(text, useSsml, lineAtRate(targetRateHz));
         break;
-      case 3:
+      case kFormatGsm:
         result = writeThroughSox(text, useSsml, lineAtRate(kGsmRateHz));
         break;
-      case 4:
+      case kFormatMp3:
         result = writeThroughSox(text, useSsml,
                                  [&](const CStringW& wav) { return sox::convertToMp3(wav, output); });
         break;

@@ -18,6 +18,7 @@ enum class ExportRoute {
 
 /// One format of textToFile.
 struct ExportFormat {
+  int number;
   ExportRoute atEngineRate;
   ExportRoute atOtherRate;
   std::int32_t engineFileCode;  ///< LxFileCode of the direct route.

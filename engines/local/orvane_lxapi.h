@@ -65,7 +65,7 @@ class OrvaneLXAPI final : public ITextToSpeech {
   template <class... Arguments>
   int callInternal(const char* name, Arguments... arguments) const;
   unsigned short loadWordList(const char* path);
-  unsigned short loadLexicon(const char* path);
+  unsigned short loadLexicon(const char* path) const;
 
   TextToSpeech_Options options;
   /// The product's engine, which dictionaries and the comma pause belong to.

@@ -52,7 +52,7 @@ unsigned short OrvaneLXAPI::loadWordList(const char* path) {
   return static_cast<unsigned short>(loadResult);
 }
 
-unsigned short OrvaneLXAPI::loadLexicon(const char* path) {
+unsigned short OrvaneLXAPI::loadLexicon(const char* path) const {
   if (LXAPI_SetLexiconHandle(ttsHandle, LXAPI_CreateLexiconHandle(path)) != LX_OK) {
     reportLoadFailure(path, -1, -1);
   } else if (LXAPI_SetAttr(ttsHandle, LX_ATTR_LEXICON, 0) != LX_OK) {

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+#include <speech/formats.h>
+
 #include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"
 #include "engines/shared/process_runner.h"
@@ -23,11 +25,11 @@ struct PcmExportFormat {
 };
 
 constexpr std::array<PcmExportFormat, 5> kFormats = {{
-    {0, L".pcm", Route::kCopy},
-    {5, L".wav", Route::kWav},
-    {2, L".ogg", Route::kSox},
-    {3, L".gsm", Route::kSox},
-    {4, L".mp3", Route::kSox},
+    {kFormatPcm, L".pcm", Route::kCopy},
+    {kFormatWav, L".wav", Route::kWav},
+    {kFormatOgg, L".ogg", Route::kSox},
+    {kFormatGsm, L".gsm", Route::kSox},
+    {kFormatMp3, L".mp3", Route::kSox},
 }};
 
 /// False when a file cannot be opened.

@@ -1,13 +1,13 @@
 #ifndef SPEECH_AUDIO_C_H
 #define SPEECH_AUDIO_C_H
 
-/*
+/** @file
  * The audio utilities for programs in C: WAV headers, sample-rate conversion, little-endian files, memory.
  *
- *   int16_t* converted = NULL;
- *   int32_t bytes = RATEAPI_PCM2PCM(samples, &sample_bytes, 22050, 8000, 16, 1, &converted);
- *   ...
- *   ExternFree(converted);
+ *     int16_t* converted = NULL;
+ *     int32_t bytes = RATEAPI_PCM2PCM(samples, &sample_bytes, 22050, 8000, 16, 1, &converted);
+ *     ...
+ *     ExternFree(converted);
  *
  * C++ programs get the headers that describe every function whole; here stands what C needs, with the same
  * names, types and meaning. Failures are -1 (or null) unless a function says otherwise. Paths are in the
@@ -32,15 +32,15 @@
 
 /** Format codes of LXUTIL_Initialize_WFHeader. Every other code is taken as unknown. */
 enum WaveFormatCode {
-  kWaveFormatUnknown = 0,
-  kWaveFormatPcm16 = 1,
-  kWaveFormatMsAdpcm = 2,
-  kWaveFormatALaw = 6,
-  kWaveFormatMuLaw = 7,
-  kWaveFormatImaAdpcm = 17,
+  kWaveFormatUnknown = 0,    /**< Any other code. */
+  kWaveFormatPcm16 = 1,      /**< 16-bit samples. */
+  kWaveFormatMsAdpcm = 2,    /**< Microsoft ADPCM. */
+  kWaveFormatALaw = 6,       /**< A-law. */
+  kWaveFormatMuLaw = 7,      /**< mu-law. */
+  kWaveFormatImaAdpcm = 17,  /**< IMA ADPCM. */
   kWaveFormatSamples32 = 32, /**< 32-bit samples; such a file carries the tag 0. */
-  kWaveFormatGsm610 = 49,
-  kWaveFormatPcm8 = 153 /**< Unsigned 8-bit samples; such a file carries the tag of PCM. */
+  kWaveFormatGsm610 = 49,    /**< GSM 06.10. */
+  kWaveFormatPcm8 = 153      /**< Unsigned 8-bit samples; such a file carries the tag of PCM. */
 };
 
 /** Predictor coefficients of Microsoft ADPCM. */
@@ -100,11 +100,11 @@ typedef uintptr_t RateStream;
 
 /** What RATEAPI_MULTI_PROCESS answers instead of a byte count. */
 enum RateStreamError {
-  kRateStreamNoHandle = -1,
-  kRateStreamNoInput = -10,
-  kRateStreamEmptyInput = -20,
-  kRateStreamNoOutput = -30,
-  kRateStreamEmptyOutput = -40
+  kRateStreamNoHandle = -1,    /**< The stream is 0. */
+  kRateStreamNoInput = -10,    /**< `input` is null. */
+  kRateStreamEmptyInput = -20, /**< `inputBytes` is 0 or below. */
+  kRateStreamNoOutput = -30,   /**< `output` is null. */
+  kRateStreamEmptyOutput = -40 /**< `outputBytes` is 0 or below. */
 };
 
 /** Fills a header for a rate in Hz, a WaveFormatCode and a number of channels. 1. */

@@ -1,27 +1,29 @@
 #pragma once
 
-// ITextToSpeech: one speech engine behind one interface.
-//
-//   LXAPIProductList* voices = ITextToSpeech::getLXAPIProductList();
-//   ITextToSpeech* engine = ITextToSpeech::getInstance(window, WM_APP + 1, voices->GetHead());
-//   if (engine && engine->speak(L"Hello, world.", false)) {
-//     // WM_APP + 1 arrives at `window`: words as they are heard, then the end (see speech/notices.h)
-//   }
-//   ITextToSpeech::releaseInstance();
-//
-// Threads: every call belongs to one thread, the one that owns the host window. Nothing here takes a lock.
-// Errors are results; no exception leaves the library, save the one that getISOListAt promises.
+/// @file
+/// ITextToSpeech: one speech engine behind one interface.
+///
+///     LXAPIProductList* voices = ITextToSpeech::getLXAPIProductList();
+///     ITextToSpeech* engine = ITextToSpeech::getInstance(window, WM_APP + 1, voices->GetHead());
+///     if (engine && engine->speak(L"Hello, world.", false)) {
+///       // WM_APP + 1 arrives at `window`: words as they are heard, then the end (see speech/notices.h)
+///     }
+///     ITextToSpeech::releaseInstance();
+///
+/// Threads: every call belongs to one thread, the one that owns the host window. Nothing here takes a lock.
+/// Errors are results; no exception leaves the library, save the one that getISOListAt promises.
 
 #include <cstdint>
 
-#include <windows.h>
-
+#include <speech/formats.h>
 #include <speech/notices.h>
 #include <speech/options.h>
 #include <speech/product.h>
 #include "audio/export.h"
 #include "framework/framework.h"
 
+/// A speech engine: the statics choose, hand out and release the one engine of the process, the virtual
+/// operations are the engine's own.
 class SPEECH_API ITextToSpeech {
  public:
   /// Creates the engine for a product and makes it the current one; the engine before it is unloaded and
@@ -37,37 +39,45 @@ class SPEECH_API ITextToSpeech {
   /// Stops and deletes the current engine, then deletes the product list and with it every product.
   static void releaseInstance();
 
-  /// Unloads the current engine and loads it again. False when there is none, or when either fails.
+  /// Unloads the current engine and loads it again.
+  /// @return false when there is none, or when either fails
   static bool reloadEngine();
 
   /// Sends the notices to another window from now on, under the same message number.
+  /// @param window  receives the notices; null ends them
   static void setEventHandle(HWND window);
 
-  /// The product of the last successful getInstance, or null. Dangling after releaseInstance.
+  /// @return the product of the last successful getInstance, or null. Dangling after releaseInstance.
   static LXAPIProduct* getCurrentProduct();
 
-  /// Every installed voice. Built by the first call, owned by the library until releaseInstance.
+  /// @return every installed voice. Built by the first call, owned by the library until releaseInstance.
   static LXAPIProductList* getLXAPIProductList();
 
-  /// The distinct language codes of the products. Owned by the library.
+  /// @return the distinct language codes of the products. Owned by the library.
+  ///
   /// Each call appends the codes once more; use getISOListCount and getISOListAt to see each once.
   static CStringArray* getISOCodeList();
 
-  /// A language code by its place from 0; builds nothing. The text belongs to the library and lives as
-  /// long as it. Throws the framework's invalid-argument exception for a place out of range.
+  /// A language code by its place; builds nothing. Throws the framework's invalid-argument exception for a
+  /// place out of range.
+  /// @param index  from 0
+  /// @return the code. The text belongs to the library and lives as long as it.
   static const wchar_t* getISOListAt(int index);
 
-  /// How many language codes the list holds; builds it when it is empty. 0 without products.
+  /// Builds the list of language codes when it is empty.
+  /// @return how many it holds; 0 without products
   static int getISOListCount();
 
   // The engine's operations. Hosts call them by slot: their order is part of the interface. Wide text is
   // UTF-16, where a lone surrogate counts as U+FFFD; a null text counts as empty.
 
-  /// Binds and loads the engine; getInstance has done it. False when the engine refuses.
+  /// Binds and loads the engine; getInstance has done it.
+  /// @return false when the engine refuses
   virtual bool initialize() = 0;
 
   /// Starts speaking and returns once the text is accepted. Local: a text is refused while another is being
   /// spoken; stop first. Cloud: returns when the service has answered.
+  /// @param text  what to speak
   /// @param flag  true when the text is an SSML document
   /// @return false when the text was refused; the failure notice is posted as well
   virtual bool speak(const wchar_t* text, bool flag) = 0;
@@ -79,39 +89,46 @@ class SPEECH_API ITextToSpeech {
   virtual bool speakSync(UINT message, const char* text) = 0;
 
   /// Synthesizes a text into an audio file.
+  /// @param text       what to speak
   /// @param path       the file to write
-  /// @param format     0, 10 raw PCM; 1, 5 WAV; 2 ogg; 3 gsm; 4 mp3; 6 A-law; 7 mu-law; others by engine
+  /// @param format     a speech::FileFormat, or a number of the engine's own
   /// @param flag       true when the text is an SSML document
-  /// @param rateIndex  sample rate by index, see getSampleRate
+  /// @param rateIndex  a speech::SampleRateIndex
   /// @param logExport  true to write a line to the daily log
   /// @return 1 when the work ran, 0 or -1 on failure
   virtual int textToFile(const wchar_t* text, const wchar_t* path, int format, bool flag, int rateIndex,
                          bool logExport) = 0;
 
   /// Silences at once and forgets the rest; no end notice follows from the local engine. A pause outlasts it:
-  /// isPaused stays true until the next speak. True.
+  /// isPaused stays true until the next speak.
+  /// @return true
   virtual bool stop() = 0;
 
-  /// Pauses, or goes on when paused, whatever the engine answers. True.
+  /// Pauses, or goes on when paused, whatever the engine answers.
+  /// @return true
   virtual bool pauseResume() = 0;
 
-  /// True from an accepted speak until stop; the end notice alone does not clear it.
+  /// @return true from an accepted speak until stop; the end notice alone does not clear it
   virtual bool isSpeaking() = 0;
 
-  /// True while paused.
+  /// @return true while paused
   virtual bool isPaused() = 0;
 
-  // Reserved slots; they keep the numbers of those behind them.
+  /// Does nothing; keeps the slot numbers of the operations behind it.
   virtual void reserved8() = 0;
+  /// Likewise.
   virtual void reserved9() = 0;
+  /// Likewise.
   virtual void reserved10() = 0;
 
-  /// The folder, ending in a backslash, that holds sox.exe, which ogg, gsm and mp3 files need. Empty at
-  /// first.
+  /// Names the folder that holds sox.exe, which ogg, gsm and mp3 files need.
+  /// @param folder  ends in a backslash; empty at first
   virtual void setToolFolder(const wchar_t* folder) = 0;
 
-  /// Hands volume, speed, pitch and pauses to the engine; call options.applied() afterwards. The result of
-  /// the last of the engine's calls, 0 for success; cloud: does nothing, 0.
+  /// Hands volume, speed, pitch and pauses to the engine; call options.applied() afterwards. Cloud: does
+  /// nothing.
+  /// @param options  the settings, of which values out of range are the engine's to settle
+  /// @return the result of the last of the engine's calls, 0 for success; cloud: 0
   virtual int applyOptions(const TextToSpeech_Options& options) = 0;
 
   /// Runs the product's dictionary editor and waits for it to end, pumping messages.
@@ -124,11 +141,15 @@ class SPEECH_API ITextToSpeech {
   virtual ~ITextToSpeech();
 
  public:
-  // User dictionaries of the local engine; the cloud engine answers all of these with fixed values. The
-  // pointer-sized arguments are numbers or addresses of the host's data that go to the engine unread; results
-  // are the engine's, -1 where it gave no answer.
+  /// @name User dictionaries
+  /// Of the local engine; the cloud engine answers all of these with fixed values. The pointer-sized
+  /// arguments are numbers or addresses of the host's data that go to the engine unread; results are the
+  /// engine's, -1 where it gave no answer.
+  /// @{
 
-  /// Largest number of entries.
+  /// Asks for a limit of dictionaries.
+  /// @param a  which one (LxDictLimit); 0 is the largest number of entries
+  /// @return the limit
   virtual int getUserDictLimit(intptr_t a) = 0;
 
   /// Loads a dictionary: a path ending in .csv (in any case) is a word list, which replaces the one before;
@@ -138,42 +159,77 @@ class SPEECH_API ITextToSpeech {
   ///   code; lexicon: 65535, loaded or not
   virtual unsigned short loadUserDict(const char* path) = 0;
 
-  /// Unloads a dictionary by its number; engines of type "nv" have but number 1. The engine's result, 0 for
-  /// success.
+  /// Unloads a dictionary.
+  /// @param number  its number, 0 for the one that loadUserDict loads; engines of type "nv" have but number 1
+  /// @return the engine's result, 0 for success
   virtual int unloadUserDict(int number) = 0;
 
-  /// Checks of an entry's target, as text and as phonemes.
+  /// Checks an entry's target as text.
+  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
   virtual int checkUserDictTargetNorm(intptr_t a) = 0;
+  /// Checks an entry's target as phonemes.
+  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
   virtual int checkUserDictTargetPhon(intptr_t a) = 0;
   /// Makes a line of a word list.
+  /// @param a  address of the source
+  /// @param b  address of the target
+  /// @param c  address of a buffer for the line
+  /// @param d  the buffer's size in bytes
+  /// @return the line's length in bytes, or a negative code
   virtual int csvParserMakeCsv(intptr_t a, intptr_t b, intptr_t c, intptr_t d) = 0;
   /// A question for engines that know it.
+  /// @param a,b  the engine's own; the bundled one takes 0
+  /// @return 1 when the engine reads Latin letters as pinyin, else 0
   virtual int getPinyinActiveInfo(intptr_t a, intptr_t b) = 0;
 
-  /// Chooses the local engine's sound device for the next speak: 0 is the system's default, n the engine's
-  /// device n - 1. True, whatever the engine answers.
+  /// @}
+
+  /// Chooses the local engine's sound device for the next speak.
+  /// @param device  0 is the system's default, n the engine's device n - 1
+  /// @return true, whatever the engine answers
   virtual bool setOutputAudio(int device) = 0;
 
   /// Switches the local engine's event notices off, or on again; every new local engine starts with them on.
+  /// @param on  false to switch them off
   virtual void setEventNotify(bool on) = 0;
 
-  /// Unloads or loads the engine, as often as wanted. True when the engine reports success; cloud: true.
+  /// Unloads the engine, as often as wanted.
+  /// @return true when the engine reports success; cloud: true
   virtual bool unloadEngine() = 0;
+  /// Loads the engine, as often as wanted.
+  /// @return as unloadEngine
   virtual bool loadEngine() = 0;
 
-  /// The engine's parser of word lists: starts it (its address, or 0), parses a line, and asks for its
-  /// fields.
+  /// @name The engine's parser of word lists
+  /// @{
+
+  /// Starts a parser.
+  /// @return its address, or 0
   virtual intptr_t csvParserInit() = 0;
+  /// Reads a record of at least two fields.
+  /// @param a  the parser @param b  address of the text, whose first record is read; 0 for the next record
+  /// @return the line on which the record begins, 0 behind the last one, or a negative code
   virtual int csvParserParsing(intptr_t a, intptr_t b) = 0;
+  /// @param a  the parser @return how many fields the record has
   virtual int csvParserGetNfields(intptr_t a) = 0;
-  /// A field as narrow text, at most 1000 bytes, valid until the next call on the engine; empty without one.
+  /// @param a  the parser @param b  the field's index from 0
+  /// @return the field as narrow text, at most 1000 bytes, valid until the next call on the engine; empty
+  ///   without one
   virtual const char* csvParserGetField(intptr_t a, intptr_t b) = 0;
-  /// Checks of an entry, of its source as text, and of its source's length.
+  /// Checks a whole record.
+  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
   virtual int checkUserDictSubstitution(intptr_t a) = 0;
+  /// Checks an entry's source as text.
+  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
   virtual int checkUserDictSourceNorm(intptr_t a) = 0;
+  /// Checks the length of an entry's source.
+  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
   virtual int checkUserDictSourceLen(intptr_t a) = 0;
 
+  /// @}
+
   /// Synthesizes into memory and returns when all of it is there. Posts no notice.
+  /// @param text  what to speak
   /// @param flag  true when the text is an SSML document
   /// @param out   receives the samples (16-bit mono at the product's rate), to be freed with ExternFree; the
   ///   local engine puts one zero byte behind them; may be null
@@ -181,32 +237,53 @@ class SPEECH_API ITextToSpeech {
   ///   untouched then
   virtual int synthesizeToBuffer(const wchar_t* text, bool flag, unsigned char** out) = 0;
 
-  /// Turns a raw 16-bit mono PCM file into an audio file and deletes it.
+  /// Turns a raw 16-bit mono PCM file into an audio file. The local engine then deletes the PCM file,
+  /// whatever became of it; the cloud engine leaves it.
   /// @param source       path of the PCM file, whose rate is that of `rateIndex`
-  /// @param destination  path without extension; for formats 0 and 5 the extension is appended to it
-  /// @param format       0 pcm, 5 wav, 2 ogg, 3 gsm, 4 mp3
+  /// @param destination  path without extension; for pcm and wav the extension is appended to it
+  /// @param format       speech::kFormatPcm, kFormatWav, kFormatOgg, kFormatGsm or kFormatMp3; any other
+  ///   writes nothing
   /// @param dataSize     size of the PCM data in bytes; 65535 or less give a WAV file of silence
-  /// @return 0, or -1 when a file of format 5 cannot be opened
+  /// @param rateIndex    a speech::SampleRateIndex
+  /// @return 0, or -1 when a file of kFormatWav cannot be opened
   virtual int exportAudio(const wchar_t* source, CStringW& destination, int format, int dataSize,
                           int rateIndex) = 0;
 
-  /// Writes a file that holds nothing but a WAV header. 0, or -1 when the file cannot be made or
-  /// `bitsPerSample` is neither 8 nor 16.
+  /// Writes a file that holds nothing but a WAV header.
+  /// @param path           the file to write
+  /// @param dataSize       size in bytes of the samples that the header announces
+  /// @param sampleRateHz   their rate
+  /// @param bitsPerSample  8 or 16
+  /// @param channels       1 or 2
+  /// @return 0, or -1 when the file cannot be made or `bitsPerSample` is another
   virtual int makeWavHeader(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample,
                             int channels) = 0;
 
-  /// Index 0 to 4: 8000, 16000, 22050, 44100, 48000 Hz; any other -1.
+  /// A sample rate by its index.
+  /// @param index  a speech::SampleRateIndex
+  /// @return the rate in hertz; -1 for any other number
   virtual int getSampleRate(int index) = 0;
 
-  /// The text with & < > ' " replaced by their XML entities; entities in it are escaped once more.
+  /// Replaces & < > ' " by their XML entities; entities in the text are escaped once more.
+  /// @param text  any text
+  /// @return the text for use in an SSML document
   virtual CStringW escapeXml(const CStringW& text) = 0;
 
-  /// Converts a WAV file to another rate, sample width and channel count. 1, or -1.
+  /// Converts a WAV file to another rate, sample width and channel count.
+  /// @param input     PCM of 8 or 16 bits
+  /// @param rateHz    the new rate
+  /// @param bits      8 or 16
+  /// @param channels  1 or 2
+  /// @param output    the file to write; not the input itself
+  /// @return 1, or -1 on failure
   virtual int convertWavRate(const wchar_t* input, int rateHz, int bits, int channels,
                              const wchar_t* output) = 0;
 
  protected:
+  /// Engines are made by getInstance only.
   ITextToSpeech();
-  ITextToSpeech(const ITextToSpeech&);
-  ITextToSpeech& operator=(const ITextToSpeech&);
+  /// Copies nothing; there is nothing to copy.
+  ITextToSpeech(const ITextToSpeech& /*other*/);
+  /// Likewise. @return this engine
+  ITextToSpeech& operator=(const ITextToSpeech& /*other*/);
 };

@@ -43,6 +43,7 @@ constexpr VoiceText kVoiceTexts[] = {
     {SPEECH_VOICE_DICTIONARY_EDITOR, &LXAPIProduct::getUserDictEditorPath},
     {SPEECH_VOICE_DICTIONARY_PATH2, &LXAPIProduct::getUserDictPath2},
     {SPEECH_VOICE_DICTIONARY_PATH3, &LXAPIProduct::getUserDictPath3},
+    {SPEECH_VOICE_GENDER_CODE, &LXAPIProduct::getGenderCode},
 };
 
 std::wstring_view view(const CStringW& text) {
@@ -53,7 +54,7 @@ template <class Char>
 std::int32_t handOutVoiceText(std::int32_t voice, std::int32_t which, Char* buffer, std::uint32_t capacity,
                               std::uint32_t* length) {
   return answered([&] {
-    const auto row = std::ranges::find(kVoiceTexts, which, &VoiceText::which);
+    const auto* const row = std::ranges::find(kVoiceTexts, which, &VoiceText::which);
     if (row == std::end(kVoiceTexts)) throw Failure(SPEECH_ERROR_ARGUMENT);
     handOut(view((voiceAt(voice).*row->get)()), buffer, capacity, length);
   });
@@ -122,6 +123,12 @@ int32_t SPEECH_CALL speech_voice_number(int32_t voice, int32_t which, int32_t* v
         break;
       case SPEECH_VOICE_IS_CLOUD:
         *value = product.getEngineType().CompareNoCase(L"skyvo") == 0 ? 1 : 0;
+        break;
+      case SPEECH_VOICE_SYNTHESIS_HANDLE:
+        *value = static_cast<int32_t>(product.getSynthHandle());
+        break;
+      case SPEECH_VOICE_ENGINE_HANDLE:
+        *value = static_cast<int32_t>(product.getEngineRef());
         break;
       default:
         throw Failure(SPEECH_ERROR_ARGUMENT);

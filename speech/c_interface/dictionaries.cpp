@@ -31,10 +31,6 @@ class BoxesHeld {
   static inline std::optional<std::string> message_;
 };
 
-void requireLocal(const OpenEngine& engine) {
-  if (engine.isCloud()) throw Failure(SPEECH_ERROR_UNSUPPORTED);
-}
-
 bool hasContent(const std::wstring& path) {
   const File file = openFile(path.c_str(), L"rb");
   return file != nullptr && std::fgetc(file.get()) != EOF;
@@ -44,7 +40,7 @@ template <class Char>
 std::int32_t load(SpeechEngine handle, const Char* path) {
   return answeredBy(handle, [&](OpenEngine& engine) {
     const std::wstring wide = textOf(path);
-    requireLocal(engine);
+    engine.requireLocal();
     if (!hasContent(wide))
       throw Failure(SPEECH_ERROR_FILE, "The dictionary is missing or empty: " + toUtf8(wide));
     const BoxesHeld boxes;
@@ -65,13 +61,17 @@ std::int32_t edit(SpeechEngine handle, const Char* path, const Char* extra) {
   });
 }
 
-using Question = int (ITextToSpeech::*)(intptr_t);
+using Question = int (*)(ITextToSpeech& instance, intptr_t argument);
 
 /// By SpeechDictionaryQuestion.
 constexpr Question kQuestions[] = {
-    &ITextToSpeech::getUserDictLimit,        &ITextToSpeech::checkUserDictSourceLen,
-    &ITextToSpeech::checkUserDictSourceNorm, &ITextToSpeech::checkUserDictTargetNorm,
-    &ITextToSpeech::checkUserDictTargetPhon, &ITextToSpeech::checkUserDictSubstitution,
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.getUserDictLimit(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.checkUserDictSourceLen(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.checkUserDictSourceNorm(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.checkUserDictTargetNorm(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.checkUserDictTargetPhon(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.checkUserDictSubstitution(argument); },
+    [](ITextToSpeech& instance, intptr_t argument) { return instance.getPinyinActiveInfo(argument, 0); },
 };
 
 }  // namespace
@@ -89,7 +89,7 @@ int32_t SPEECH_CALL speech_dictionary_load_w(SpeechEngine engine, const wchar_t*
 
 int32_t SPEECH_CALL speech_dictionary_unload(SpeechEngine engine, int32_t number) {
   return answeredBy(engine, [&](OpenEngine& open) {
-    requireLocal(open);
+    open.requireLocal();
     if (open.instance().unloadUserDict(number) != 0) throw Failure(SPEECH_ERROR_DICTIONARY);
   });
 }
@@ -102,9 +102,7 @@ int32_t SPEECH_CALL speech_dictionary_ask(SpeechEngine engine, int32_t question,
     if (question < 0 || static_cast<std::size_t>(question) >= std::size(kQuestions)) {
       throw Failure(SPEECH_ERROR_ARGUMENT);
     }
-    ITextToSpeech& instance = open.instance();
-    const auto ask = kQuestions[question];
-    const int said = (instance.*ask)(argument);
+    const int said = kQuestions[question](open.instance(), argument);
     if (said == kNoAnswer) throw Failure(SPEECH_ERROR_UNSUPPORTED);
     *answer = said;
   });

@@ -87,6 +87,7 @@ void OpenEngine::deliver(SpeechEventKind kind) { deliver(newEvent(kind)); }
 
 void OpenEngine::deliver(const SpeechEvent& event) {
   const Listener listener = listener_;  // the callback may close the engine
+  if (!listener.isOn) return;
   if (listener.callback != nullptr) listener.callback(listener.user, &event);
   if (listener_.window != nullptr) {
     SendMessageW(listener_.window, listener_.message, static_cast<WPARAM>(event.kind),

@@ -44,10 +44,14 @@ int32_t SPEECH_CALL speech_engine_open(int32_t voice, SpeechCallback callback, v
 
 int32_t SPEECH_CALL speech_engine_window(SpeechEngine engine, void* window, uint32_t message) {
   return answeredBy(engine, [&](OpenEngine& open) {
-    const auto target = static_cast<HWND>(window);
+    auto* const target = static_cast<HWND>(window);
     if (target != nullptr && !isWindowOfThisThread(target)) throw Failure(SPEECH_ERROR_ARGUMENT);
     open.setWindow(target, message);
   });
+}
+
+int32_t SPEECH_CALL speech_engine_events(SpeechEngine engine, int32_t on) {
+  return answeredBy(engine, [&](OpenEngine& open) { open.setEventsOn(on != 0); });
 }
 
 int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, int32_t* voice) {
@@ -55,7 +59,18 @@ int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, int32_t* voice) {
 }
 
 int32_t SPEECH_CALL speech_engine_reload(SpeechEngine engine) {
-  return answeredBy(engine, [](OpenEngine& open) { open.reload(); });
+  return answeredBy(engine, [](OpenEngine& open) {
+    open.unload();
+    open.loadAgain();
+  });
+}
+
+int32_t SPEECH_CALL speech_engine_unload(SpeechEngine engine) {
+  return answeredBy(engine, [](OpenEngine& open) { open.unload(); });
+}
+
+int32_t SPEECH_CALL speech_engine_load(SpeechEngine engine) {
+  return answeredBy(engine, [](OpenEngine& open) { open.loadAgain(); });
 }
 
 int32_t SPEECH_CALL speech_engine_close(SpeechEngine engine) {

@@ -92,9 +92,17 @@ void OpenEngine::stop() {
   window_->dropNotices();
 }
 
-void OpenEngine::reload() {
+void OpenEngine::unload() {
   stop();
-  if (!instance_->unloadEngine() || !instance_->loadEngine()) throw Failure(SPEECH_ERROR_LOAD);
+  if (!instance_->unloadEngine()) throw Failure(SPEECH_ERROR_LOAD);
+}
+
+void OpenEngine::loadAgain() {
+  if (!instance_->loadEngine()) throw Failure(SPEECH_ERROR_LOAD);
+}
+
+void OpenEngine::requireLocal() const {
+  if (isCloud_) throw Failure(SPEECH_ERROR_UNSUPPORTED);
 }
 
 void OpenEngine::requireIdle() {

@@ -22,6 +22,7 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
     void* user = nullptr;
     HWND window = nullptr;
     UINT message = 0;
+    bool isOn = true;
   };
 
   OpenEngine(SpeechEngine handle, std::int32_t voice, LXAPIProduct& product, Listener listener);
@@ -40,6 +41,7 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   /// False once another instance has taken this one's place.
   bool isCurrent() const;
   void setWindow(HWND window, UINT message);
+  void setEventsOn(bool on) { listener_.isOn = on; }
   void setToolFolder(std::wstring folder);
   void applyOptions();
 
@@ -47,7 +49,11 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   void pause();
   void resume();
   void stop();
-  void reload();
+  void unload();
+  void loadAgain();
+
+  /// Fails for a cloud voice.
+  void requireLocal() const;
 
   /// Delivers the events that are due, then fails while the engine is speaking: exports need it for
   /// themselves. A callback may have closed the engine: fails then too.

@@ -55,9 +55,12 @@ void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::u
   copyOut(utf8, buffer, capacity, length);
 }
 
+std::wstring textOfUnknown(std::string_view bytes) {
+  return isUtf8(bytes) ? fromUtf8(bytes) : fromThreadCodePage(bytes);
+}
+
 std::string utf8OfUnknown(std::string_view bytes) {
-  bytes = bytes.substr(0, bytes.find_last_not_of(std::string_view("\r\n\0", 3)) + 1);
-  return isUtf8(bytes) ? std::string(bytes) : toUtf8(fromThreadCodePage(bytes));
+  return toUtf8(textOfUnknown(bytes.substr(0, bytes.find_last_not_of(std::string_view("\r\n\0", 3)) + 1)));
 }
 
 }  // namespace speech::c_interface

@@ -25,8 +25,9 @@ void handOut(std::wstring_view text, char* buffer, std::uint32_t capacity, std::
 void handOut(std::wstring_view text, wchar_t* buffer, std::uint32_t capacity, std::uint32_t* length);
 void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::uint32_t* length);
 
-/// What a service says comes in UTF-8 or in the thread's code page, often with the end of its line; the
-/// result is UTF-8 without that.
+/// What services and engines say comes in UTF-8 or in the thread's code page.
+std::wstring textOfUnknown(std::string_view bytes);
+/// The same as UTF-8, without the end of its line.
 std::string utf8OfUnknown(std::string_view bytes);
 
 }  // namespace speech::c_interface

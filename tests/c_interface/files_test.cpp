@@ -162,6 +162,27 @@ TEST_F(CFiles, TheEngineAnswersQuestionsAboutEntries) {
   EXPECT_EQ(answer, 1000);
   EXPECT_EQ(speech_dictionary_ask(engine, SPEECH_DICTIONARY_SUBSTITUTION, 6, &answer), SPEECH_OK);
   EXPECT_EQ(answer, 3);
+  recording().answerInternal("LX_GetPinyinActiveInfo(0, 0)", 1);
+  EXPECT_EQ(speech_dictionary_ask(engine, SPEECH_DICTIONARY_PINYIN, 0, &answer), SPEECH_OK);
+  EXPECT_EQ(answer, 1);
+}
+
+TEST_F(CFiles, TheEnginesAnswersAboutCsvAreResultsOrErrors) {
+  SpeechEngine const engine = open();
+  std::intptr_t reader = 0;
+  std::int32_t number = 7;
+  char text[10] = "";
+  EXPECT_EQ(speech_csv_reader(engine, &reader), SPEECH_ERROR_UNSUPPORTED);
+  EXPECT_EQ(speech_csv_read(engine, 5, nullptr, &number), SPEECH_ERROR_UNSUPPORTED);
+  EXPECT_EQ(speech_csv_make(engine, "a", "b", text, sizeof text, nullptr), SPEECH_ERROR_UNSUPPORTED);
+  recording().answerInternal("LX_CsvParser_Parsing(5, 0, 2)", LX_ERROR_DICT_FORMAT);
+  EXPECT_EQ(speech_csv_read(engine, 5, nullptr, &number), SPEECH_ERROR_DICTIONARY);
+  EXPECT_THAT(detail(), HasSubstr("-15"));
+  EXPECT_EQ(number, 7);
+
+  recording().answerInternal("LX_CsvParser_GetField(5, 1)", "na\xEFve\n");  // in the thread's code page
+  EXPECT_EQ(speech_csv_field(engine, 5, 1, text, sizeof text, nullptr), SPEECH_OK);
+  EXPECT_STREQ(text, "na\xC3\xAFve\n");
 }
 
 }  // namespace

@@ -18,11 +18,15 @@ struct EngineCall {
 
 SpeechAudio g_audio;
 std::int32_t g_number;
+std::intptr_t g_reader;
 const short kSamples[4] = {};
 
 const EngineCall kEngineCalls[] = {
     {"window", [](SpeechEngine e) { return speech_engine_window(e, nullptr, 0); }},
     {"voice", [](SpeechEngine e) { return speech_engine_voice(e, &g_number); }},
+    {"events", [](SpeechEngine e) { return speech_engine_events(e, 1); }},
+    {"unload engine", speech_engine_unload},
+    {"load engine", speech_engine_load},
     {"reload", speech_engine_reload},
     {"close", speech_engine_close},
     {"tool folder", [](SpeechEngine e) { return speech_set_tool_folder(e, "C:\\"); }},
@@ -41,6 +45,11 @@ const EngineCall kEngineCalls[] = {
     {"unload", [](SpeechEngine e) { return speech_dictionary_unload(e, 0); }},
     {"ask", [](SpeechEngine e) { return speech_dictionary_ask(e, 0, 0, &g_number); }},
     {"edit", [](SpeechEngine e) { return speech_dictionary_edit(e, nullptr, nullptr); }},
+    {"csv reader", [](SpeechEngine e) { return speech_csv_reader(e, &g_reader); }},
+    {"csv read", [](SpeechEngine e) { return speech_csv_read(e, 1, nullptr, &g_number); }},
+    {"csv count", [](SpeechEngine e) { return speech_csv_field_count(e, 1, &g_number); }},
+    {"csv field", [](SpeechEngine e) { return speech_csv_field(e, 1, 0, nullptr, 0, nullptr); }},
+    {"csv make", [](SpeechEngine e) { return speech_csv_make(e, "a", "b", nullptr, 0, nullptr); }},
 };
 
 TEST_F(CMisuse, NoEngineAnswersAWrongHandle) {
@@ -75,6 +84,11 @@ TEST_F(CMisuse, NullPointersAreErrors) {
   EXPECT_EQ(speech_synthesize(engine, "x", 0, 0, nullptr), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_dictionary_load(engine, nullptr), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_dictionary_ask(engine, 0, 0, nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_option_changed(0, nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_csv_reader(engine, nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_csv_read(engine, 1, "a,b", nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_csv_field_count(engine, 1, nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_csv_make(engine, nullptr, "b", nullptr, 0, nullptr), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_escape_xml(nullptr, nullptr, 0, nullptr), SPEECH_ERROR_ARGUMENT);
   speech_audio_free(nullptr);
 }
@@ -84,6 +98,8 @@ TEST_F(CMisuse, MalformedTextReachesNoEngine) {
   for (const char* const text : {"\xFF", "caf\xC3", "\xC0\x80", "\xED\xA0\x80"}) {
     EXPECT_EQ(speech_speak(engine, text, 0), SPEECH_ERROR_TEXT);
     EXPECT_EQ(speech_dictionary_load(engine, text), SPEECH_ERROR_TEXT);
+    EXPECT_EQ(speech_csv_read(engine, 1, text, &g_number), SPEECH_ERROR_TEXT);
+    EXPECT_EQ(speech_csv_make(engine, "a", text, nullptr, 0, nullptr), SPEECH_ERROR_TEXT);
   }
   const wchar_t lone[] = {L'a', 0xD83D, L'b', 0};
   EXPECT_EQ(speech_speak_w(engine, lone, 0), SPEECH_ERROR_TEXT);
@@ -102,7 +118,7 @@ TEST_F(CMisuse, UnknownNumbersAreErrors) {
   EXPECT_EQ(speech_export_samples(engine, kSamples, 8, 0, SPEECH_FORMAT_WAV, "x"), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_synthesize(engine, "x", 0, -1, &g_audio), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_set_output_device(engine, -2), SPEECH_ERROR_ARGUMENT);
-  EXPECT_EQ(speech_dictionary_ask(engine, 6, 0, &g_number), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_dictionary_ask(engine, 7, 0, &g_number), SPEECH_ERROR_ARGUMENT);
   EXPECT_THAT(recording().takeCalls(), ::testing::IsEmpty());
 }
 

@@ -102,6 +102,35 @@ static void export_every_format(SpeechEngine engine, const SpeechAudio* audio, c
   }
 }
 
+/* An entry goes out as a record and comes back. */
+static void write_and_read_entries(SpeechEngine engine) {
+  static const char kSource[] = "say \"na\xC3\xAFve\"";
+  char record[100] = "";
+  wchar_t field[20] = {0};
+  uint32_t length = 0;
+  int32_t number = 0;
+  intptr_t reader = 0;
+  expect(speech_csv_make(engine, kSource, "a, b", record, 10, &length), SPEECH_ERROR_BUFFER, "short buffer");
+  check(length == 25, "the length that is needed");
+  expect(speech_csv_make(engine, kSource, "a, b", record, sizeof record, &length), SPEECH_OK, "making");
+  check(strcmp(record, "\"say \"\"na\xC3\xAFve\"\"\",\"a, b\"\r\n") == 0, record);
+  strcat(record, "c,d,e\nlonely\n");
+
+  expect(speech_csv_reader(engine, &reader), SPEECH_OK, "a reader");
+  expect(speech_csv_read(engine, reader, record, &number), SPEECH_OK, "first record");
+  check(number == 1, "line 1");
+  expect(speech_csv_field_w(engine, reader, 0, field, 20, &length), SPEECH_OK, "field");
+  check(length == 11 && field[7] == 0xEF, "the source in UTF-16");
+  expect(speech_csv_read(engine, reader, NULL, &number), SPEECH_OK, "second record");
+  check(number == 2, "line 2");
+  expect(speech_csv_field_count(engine, reader, &number), SPEECH_OK, "counting fields");
+  check(number == 3, "three fields");
+  expect(speech_csv_read(engine, reader, NULL, &number), SPEECH_ERROR_DICTIONARY, "too few fields");
+  expect(speech_csv_read(engine, reader, NULL, &number), SPEECH_OK, "behind the last record");
+  check(number == 0, "no record is left");
+  expect(speech_csv_read(engine, reader + 1000, "a,b", &number), SPEECH_ERROR_UNSUPPORTED, "no reader");
+}
+
 static void use_audio_utilities(const SpeechAudio* audio) {
   const int32_t bytes = (int32_t)audio->byte_count;
   int16_t* halved = NULL;
@@ -134,6 +163,7 @@ int main(int count, char** arguments) {
   check(fast.byte_count < slow.byte_count, "the fast speech is shorter");
   expect(speech_option_reset(voice), SPEECH_OK, "resetting");
   use_audio_utilities(&slow);
+  write_and_read_entries(engine);
   export_every_format(engine, &slow, folder, tools);
   speech_audio_free(&slow);
   speech_audio_free(&fast);

@@ -129,6 +129,37 @@ TEST_F(CSpeaking, APauseThatIsStoppedIsNotThereInTheNextSpeech) {
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_Pause(1)"));
 }
 
+TEST_F(CSpeaking, IsFollowedWhileEventsAreOff) {
+  SpeechEngine const engine = open();
+  EXPECT_EQ(speech_engine_events(engine, 0), SPEECH_OK);
+  ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
+  hearWord(0, 3);
+  end();
+  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(stateOf(engine), SPEECH_STATE_IDLE);
+  EXPECT_EQ(speech_engine_events(engine, 1), SPEECH_OK);
+  EXPECT_THAT(takeEvents(), IsEmpty());
+  ASSERT_EQ(speech_speak(engine, "two", 0), SPEECH_OK);
+  end();
+  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
+}
+
+TEST_F(CSpeaking, UnloadingStopsAndLoadingTakesTheEngineBack) {
+  SpeechEngine const engine = open();
+  ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
+  recording().takeCalls();
+  EXPECT_EQ(speech_engine_unload(engine), SPEECH_OK);
+  EXPECT_EQ(stateOf(engine), SPEECH_STATE_IDLE);
+  EXPECT_EQ(speech_engine_load(engine), SPEECH_OK);
+  EXPECT_THAT(recording().takeCalls(),
+              ElementsAre("LXAPI_Stop(1)", "LXAPI_UnloadEngine(101)", "LXAPI_LoadEngine(101)"));
+  recording().answer("LXAPI_UnloadEngine", LX_ERROR_NOT_LOADED);
+  recording().answer("LXAPI_LoadEngine", LX_ERROR_FAILED);
+  EXPECT_EQ(speech_engine_unload(engine), SPEECH_ERROR_LOAD);
+  EXPECT_EQ(speech_engine_load(engine), SPEECH_ERROR_LOAD);
+}
+
 TEST_F(CSpeaking, ACallbackMaySpeakTheNextText) {
   SpeechEngine const engine = open();
   int left = 2;

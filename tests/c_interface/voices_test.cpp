@@ -34,6 +34,13 @@ TEST_F(CVoices, AreToldInBothEncodings) {
   std::int32_t rate = 0;
   EXPECT_EQ(speech_voice_number(1, SPEECH_VOICE_SAMPLE_RATE, &rate), SPEECH_OK);
   EXPECT_EQ(rate, 16000);
+
+  EXPECT_EQ(speech_voice_text(1, SPEECH_VOICE_GENDER_CODE, narrow, sizeof narrow, nullptr), SPEECH_OK);
+  EXPECT_STREQ(narrow, "F");
+  std::int32_t tts = 0, engine = 0;
+  EXPECT_EQ(speech_voice_number(1, SPEECH_VOICE_SYNTHESIS_HANDLE, &tts), SPEECH_OK);
+  EXPECT_EQ(speech_voice_number(1, SPEECH_VOICE_ENGINE_HANDLE, &engine), SPEECH_OK);
+  EXPECT_THAT((std::array{tts, engine}), ElementsAre(2, 102));
 }
 
 TEST_F(CVoices, ATextThatDoesNotFitLeavesTheBufferAloneAndTellsItsLength) {
@@ -51,10 +58,10 @@ TEST_F(CVoices, OutOfRangeIsAnError) {
   char buffer[20];
   EXPECT_EQ(speech_voice_text(2, SPEECH_VOICE_KEY1, buffer, sizeof buffer, nullptr), SPEECH_ERROR_VOICE);
   EXPECT_EQ(speech_voice_text(-1, SPEECH_VOICE_KEY1, buffer, sizeof buffer, nullptr), SPEECH_ERROR_VOICE);
-  EXPECT_EQ(speech_voice_text(0, 16, buffer, sizeof buffer, nullptr), SPEECH_ERROR_ARGUMENT);
-  EXPECT_EQ(speech_voice_number(0, 3, &value), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_voice_text(0, 17, buffer, sizeof buffer, nullptr), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_voice_number(0, 5, &value), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_voice_number(9, SPEECH_VOICE_INFO9, &value), SPEECH_ERROR_VOICE);
-  EXPECT_EQ(speech_option_get(0, 5, &value), SPEECH_ERROR_ARGUMENT);
+  EXPECT_EQ(speech_option_get(0, 7, &value), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(speech_option_get(0, -1, &value), SPEECH_ERROR_ARGUMENT);
   EXPECT_EQ(value, 7);
 }
@@ -105,6 +112,39 @@ TEST_F(COptions, SurviveClosingTheEngine) {
   recording().takeCalls();
   ASSERT_EQ(speech_engine_open(0, nullptr, nullptr, &engine), SPEECH_OK);
   EXPECT_THAT(recording().takeCalls(), Contains("LXAPI_SetAttr(1, 2, 250)"));
+}
+
+TEST_F(COptions, ThoseOfTheProgramTakeAnyNumber) {
+  std::int32_t value = 0;
+  for (const int option : {SPEECH_OPTION_FORMAT, SPEECH_OPTION_ALD}) {
+    const int standard = option == SPEECH_OPTION_FORMAT ? 1 : 0;
+    for (const int chosen : {INT32_MIN, INT32_MAX}) {
+      EXPECT_EQ(speech_option_set(0, option, chosen), SPEECH_OK);
+      EXPECT_EQ(speech_option_get(0, option, &value), SPEECH_OK);
+      EXPECT_EQ(value, chosen);
+    }
+    EXPECT_EQ(speech_option_range(0, option, nullptr, nullptr, &value), SPEECH_OK);
+    EXPECT_EQ(value, standard);
+    EXPECT_EQ(speech_option_reset(0), SPEECH_OK);
+    EXPECT_EQ(speech_option_get(0, option, &value), SPEECH_OK);
+    EXPECT_EQ(value, standard);
+  }
+}
+
+TEST_F(COptions, TellWhetherTheEngineHasThem) {
+  recording().answerInternal("LX_GetTTSInfo(14)", 400);
+  const auto isChanged = [] {
+    std::int32_t changed = -1;
+    EXPECT_EQ(speech_option_changed(0, &changed), SPEECH_OK);
+    return changed;
+  };
+  EXPECT_EQ(speech_option_reset(0), SPEECH_OK);
+  ASSERT_EQ(speech_option_set(0, SPEECH_OPTION_SPEED, 300), SPEECH_OK);
+  EXPECT_EQ(isChanged(), 1);
+  open();
+  EXPECT_EQ(isChanged(), 0);
+  ASSERT_EQ(speech_option_set(0, SPEECH_OPTION_SPEED, 301), SPEECH_OK);
+  EXPECT_EQ(isChanged(), 0);
 }
 
 TEST(CResults, EveryCodeHasATextOfItsOwn) {

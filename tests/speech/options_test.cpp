@@ -19,19 +19,14 @@ struct Setting {
   const wchar_t* (Options::*toString)() const;
 };
 
-constexpr Setting kSettings[] = {
-    {"speed", &Options::getSpeed, &Options::setSpeed, &Options::getDefSpeed, &Options::setDefSpeed,
-     &Options::getSpeedRange, &Options::setSpeedRange, &Options::getSpeedToString},
-    {"volume", &Options::getVolume, &Options::setVolume, &Options::getDefVolume, &Options::setDefVolume,
-     &Options::getVolumeRange, &Options::setVolumeRange, &Options::getVolumeToString},
-    {"pitch", &Options::getPitch, &Options::setPitch, &Options::getDefPitch, &Options::setDefPitch,
-     &Options::getPitchRange, &Options::setPitchRange, &Options::getPitchToString},
-    {"pause", &Options::getPause, &Options::setPause, &Options::getDefPause, &Options::setDefPause,
-     &Options::getPauseRange, &Options::setPauseRange, &Options::getPauseToString},
-    {"comma pause", &Options::getCommaPause, &Options::setCommaPause, &Options::getDefCommaPause,
-     &Options::setDefCommaPause, &Options::getCommaPauseRange, &Options::setCommaPauseRange,
-     &Options::getCommaPauseToString},
-};
+#define SETTING(name)                                                                                \
+  {                                                                                                  \
+#name, &Options::get##name, &Options::set##name, &Options::getDef##name, &Options::setDef##name, \
+        &Options::get##name##Range, &Options::set##name##Range, &Options::get##name##ToString        \
+  }
+
+constexpr Setting kSettings[] = {SETTING(Speed), SETTING(Volume), SETTING(Pitch), SETTING(Pause),
+                                 SETTING(CommaPause)};
 
 Options withDefaults(int value) {
   Options options;
@@ -97,26 +92,6 @@ TEST(Options, OnlyADifferentValueMarksTheRecordChanged) {
   options.applied();
   options.setALDEnable(1);
   EXPECT_TRUE(options.isChanged());
-}
-
-TEST(Options, ResetRestoresDefaultsAndNeverClearsTheFlag) {
-  for (const Setting& setting : kSettings) {
-    Options options = withDefaults(50);
-    options.reset();
-    options.applied();
-    options.reset();
-    EXPECT_FALSE(options.isChanged()) << setting.name;
-    (options.*setting.setDefault)(60);
-    options.reset();
-    EXPECT_TRUE(options.isChanged()) << setting.name;
-    EXPECT_EQ((options.*setting.get)(), 60) << setting.name;
-    options.reset();
-    EXPECT_TRUE(options.isChanged()) << setting.name;
-  }
-  Options options = withDefaults(50);
-  options.reset();
-  options.setFormat(static_cast<Options::OPTION_FORMAT>(7));
-  options.setALDEnable(1);
   options.applied();
   options.reset();
   EXPECT_EQ(options.getFormat(), 1);
@@ -124,14 +99,25 @@ TEST(Options, ResetRestoresDefaultsAndNeverClearsTheFlag) {
   EXPECT_TRUE(options.isChanged());
 }
 
-TEST(Options, ACopyTakesTheChangedFlagAlong) {
-  Options changed = withDefaults(1);
-  changed.setSpeed(500);
-  Options copy = withDefaults(2);
-  copy = changed;
-  EXPECT_TRUE(copy.isChanged());
-  EXPECT_EQ(copy.getSpeed(), 500);
-  EXPECT_EQ(copy.getDefPitch(), 1);
+TEST(Options, ResetRestoresDefaultsAndNeverClearsTheFlagWhichACopyTakesAlong) {
+  for (const Setting& setting : kSettings) {
+    Options options = withDefaults(50);
+    options.reset();
+    options.applied();
+    options.reset();
+    EXPECT_FALSE(options.isChanged()) << setting.name;
+    (options.*setting.setDefault)(60);
+    for (int round = 0; round < 2; ++round) {
+      options.reset();
+      EXPECT_TRUE(options.isChanged()) << setting.name;
+      EXPECT_EQ((options.*setting.get)(), 60) << setting.name;
+    }
+    Options copy;
+    copy = options;
+    EXPECT_TRUE(copy.isChanged());
+    EXPECT_EQ((copy.*setting.get)(), 60);
+    EXPECT_EQ((copy.*setting.getDefault)(), 60);
+  }
 }
 
 }  // namespace

@@ -40,16 +40,6 @@ class FacadeTest : public ::testing::Test {
   HostWindow window_;
 };
 
-TEST_F(FacadeTest, ANullProductChangesNothing) {
-  recording().install({.key1 = L"A"});
-  ITextToSpeech* const engine = start(product(0));
-  ASSERT_NE(engine, nullptr);
-  recording().takeCalls();
-  EXPECT_EQ(start(nullptr), nullptr);
-  EXPECT_THAT(recording().takeCalls(), IsEmpty());
-  EXPECT_TRUE(ITextToSpeech::reloadEngine());
-}
-
 TEST_F(FacadeTest, OnlyTheCloudTypeInAnyCaseGetsTheCloudEngine) {
   const std::pair<const wchar_t*, bool> types[] = {{L"skyvo", true},   {L"SKYVO", true}, {L"SkyVo", true},
                                                    {L"skyvo ", false}, {L"sky", false},  {L"", false}};
@@ -101,7 +91,7 @@ TEST_F(FacadeTest, AnEngineThatFailsToInitialiseStaysForTheNextCallToDisposeOf) 
                           "LXAPI_SetEngineHandle(1, 101)", "LXAPI_LoadEngine(101)"));
 }
 
-TEST_F(FacadeTest, AFailedBindingIsNotFollowedByALoad) {
+TEST_F(FacadeTest, AFailedBindingIsNotFollowedByALoadAndANullProductChangesNothing) {
   recording().install({.key1 = L"A"});
   LXAPIProduct* const chosen = product(0);
   recording().answer("LXAPI_SetEngineHandle", -2);
@@ -109,17 +99,25 @@ TEST_F(FacadeTest, AFailedBindingIsNotFollowedByALoad) {
   EXPECT_EQ(start(chosen), nullptr);
   EXPECT_THAT(recording().takeCalls(),
               ElementsAre("LXAPI_SetEvent(1, procedure, 19)", "LXAPI_SetEngineHandle(1, 101)"));
+  EXPECT_EQ(start(nullptr), nullptr);
+  EXPECT_THAT(recording().takeCalls(), IsEmpty());
+  EXPECT_TRUE(ITextToSpeech::reloadEngine()) << "there still is an engine";
 }
 
-TEST_F(FacadeTest, ReleasingStopsThenEndsTheEngineLibrary) {
+TEST_F(FacadeTest, ReleasingStopsThenEndsTheEngineLibraryAndItsList) {
   recording().install({.key1 = L"A"});
+  LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
+  EXPECT_EQ(list->GetCount(), 1);
   start(product(0));
   recording().takeCalls();
+  EXPECT_EQ(ITextToSpeech::getLXAPIProductList(), list) << "built once";
   ITextToSpeech::releaseInstance();
   EXPECT_THAT(recording().takeCalls(),
               ElementsAre("LXAPI_Stop(1)", "LXAPI_UnloadEngine(101)", "LXAPI_Exit()"));
   ITextToSpeech::releaseInstance();
   EXPECT_THAT(recording().takeCalls(), IsEmpty());
+  recording().install({.key1 = L"B"});
+  EXPECT_EQ(ITextToSpeech::getLXAPIProductList()->GetCount(), 2);
 }
 
 TEST_F(FacadeTest, ReloadingNeedsAnInstanceAndStopsAtAFailedUnload) {
@@ -147,30 +145,13 @@ TEST_F(FacadeTest, TheEventWindowCanBeChanged) {
   EXPECT_THAT(window_.takeNotices(), IsEmpty());
 }
 
-TEST_F(FacadeTest, TheProductListIsBuiltOnceUntilItIsReleased) {
-  recording().install({.key1 = L"A"});
-  LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
-  EXPECT_EQ(list->GetCount(), 1);
-  recording().takeCalls();
-  EXPECT_EQ(ITextToSpeech::getLXAPIProductList(), list);
-  EXPECT_THAT(recording().takeCalls(), IsEmpty());
+TEST_F(FacadeTest, LanguageCodesAreDistinctAndAppendedOnceMoreByEveryCallForTheList) {
+  EXPECT_EQ(ITextToSpeech::getISOListCount(), 0) << "without engines";
   ITextToSpeech::releaseInstance();
-  recording().install({.key1 = L"B"});
-  EXPECT_EQ(ITextToSpeech::getLXAPIProductList()->GetCount(), 2);
-}
-
-TEST_F(FacadeTest, LanguageCodesAreDistinctAsTheFirstProductSpellsThem) {
   recording().install({.key1 = L"A", .language = L"en-US"});
   recording().install({.key1 = L"B", .language = L"ko-KR"});
   recording().install({.key1 = L"C", .language = L"EN-us"});
   EXPECT_THAT(languages(), ElementsAre(L"en-US", L"ko-KR"));
-  EXPECT_EQ(ITextToSpeech::getISOListCount(), 2);
-}
-
-TEST_F(FacadeTest, EveryCallForTheListAppendsTheCodesOnceMore) {
-  recording().install({.key1 = L"A", .language = L"en-US"});
-  recording().install({.key1 = L"B", .language = L"ko-KR"});
-  ITextToSpeech::getISOCodeList();
   EXPECT_EQ(ITextToSpeech::getISOCodeList()->GetSize(), 4);
   EXPECT_THAT(languages(), ElementsAre(L"en-US", L"ko-KR", L"en-US", L"ko-KR"));
 }
@@ -188,8 +169,6 @@ TEST_F(FacadeTest, ALanguageOutOfRangeThrowsTheFrameworksException) {
   EXPECT_EQ(ITextToSpeech::getISOListCount(), 1);
   EXPECT_STREQ(ITextToSpeech::getISOListAt(0), L"en-US");
 }
-
-TEST_F(FacadeTest, WithoutEnginesThereAreNoLanguages) { EXPECT_EQ(ITextToSpeech::getISOListCount(), 0); }
 
 }  // namespace
 }  // namespace speech::test
