@@ -5,7 +5,15 @@ target_compile_features(speech_options INTERFACE cxx_std_20)
 target_include_directories(speech_options INTERFACE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 
 if(MSVC)
-  target_compile_options(speech_options INTERFACE /W4 /WX /permissive- /utf-8 /arch:SSE2)
+  target_compile_options(speech_options INTERFACE /W4 /permissive- /utf-8 /arch:SSE2)
+  # The interface's classes export members that are MFC's classes.
+  target_compile_options(speech_options INTERFACE /wd4251 /wd4275)
+  # The standard's own functions, which this run-time calls unsafe.
+  target_compile_definitions(speech_options INTERFACE _CRT_SECURE_NO_WARNINGS _CRT_NONSTDC_NO_WARNINGS)
+  # MFC in a DLL, as the run-time is. Its header must come before windows.h wherever that is included.
+  set(CMAKE_MFC_FLAG 2)
+  target_compile_definitions(speech_options INTERFACE _AFXDLL)
+  target_compile_options(speech_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:/FIafxwin.h>)
 else()
   target_compile_options(speech_options INTERFACE -Wall -Wextra -Wconversion -Wshadow -Werror)
 endif()

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Exceptions of the application framework.
+
 /// Base of the framework's exceptions, which are thrown as pointers and released by whoever catches them.
 ///
 ///   try { list->GetAt(99); } catch (CException* e) { e->Delete(); }

@@ -1,13 +1,14 @@
 #pragma once
 
-// The application framework's classes that the interface speaks in. With MSVC they are MFC's own; other
-// compilers get small classes of the same names that behave alike for what is used here.
+/// @file
+/// The application framework's classes that the interface speaks in. With MSVC they are MFC's own; other
+/// compilers get small classes of the same names that behave alike for what is used here.
 
 #ifdef _MSC_VER
-#include <afxcoll.h>
-
-#include <afxtempl.h>
 #include <afxwin.h>
+
+#include <afxcoll.h>
+#include <afxtempl.h>
 #else
 #include "framework/application.h"
 #include "framework/exception.h"

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Lists of pointers.
+
 #include <cstddef>
 #include <cstdint>
 
@@ -7,6 +10,7 @@
 
 /// A place in a list; null behind the last.
 struct __POSITION {};  // NOLINT(bugprone-reserved-identifier): the framework's own name
+/// How places are passed around.
 using POSITION = __POSITION*;
 
 /// A doubly linked list of pointers that it does not own.
@@ -18,25 +22,38 @@ class CPtrList {
   CPtrList& operator=(const CPtrList&) = delete;
   ~CPtrList() { RemoveAll(); }
 
+  /// @return how many elements it has
   std::intptr_t GetCount() const { return count_; }
+  /// @return how many elements it has
   std::intptr_t GetSize() const { return count_; }
+  /// @return true without elements
   bool IsEmpty() const { return count_ == 0; }
 
+  /// @return the place of the first element, or null
   POSITION GetHeadPosition() const { return head_; }
+  /// @return the place of the last element, or null
   POSITION GetTailPosition() const { return tail_; }
+  /// @return the first element; an empty list throws a CInvalidArgException
   void*& GetHead() { return node(head_)->value; }
+  /// @return the last element; an empty list throws a CInvalidArgException
   void*& GetTail() { return node(tail_)->value; }
 
-  /// The element at `position`, which moves on to the next one.
+  /// Walks the list.
+  /// @param position  moves on to the next element
+  /// @return the element at `position`; a null one throws a CInvalidArgException
   void*& GetNext(POSITION& position) {
     Node* const current = node(position);
     position = current->next;
     return current->value;
   }
 
+  /// @param position  a place in this list; null throws a CInvalidArgException
+  /// @return the element there
   void*& GetAt(POSITION position) { return node(position)->value; }
 
-  /// The place of the element with an index from 0, or null.
+  /// Finds an element by its index.
+  /// @param index  from 0
+  /// @return its place, or null
   POSITION FindIndex(std::intptr_t index) const {
     if (index < 0) return nullptr;
     Node* at = head_;
@@ -44,6 +61,9 @@ class CPtrList {
     return at;
   }
 
+  /// Appends an element.
+  /// @param value  not owned
+  /// @return its place
   POSITION AddTail(void* value) {
     Node* const added = new Node(nullptr, tail_, value);
     (tail_ != nullptr ? tail_->next : head_) = added;
@@ -52,7 +72,8 @@ class CPtrList {
     return added;
   }
 
-  /// Removes the first element and returns it.
+  /// Removes the first element; an empty list throws a CInvalidArgException.
+  /// @return the element
   void* RemoveHead() {
     Node* const removed = node(head_);
     void* const value = removed->value;
@@ -63,6 +84,7 @@ class CPtrList {
     return value;
   }
 
+  /// Removes every element.
   void RemoveAll() {
     while (head_ != nullptr) RemoveHead();
   }
@@ -90,12 +112,19 @@ class CPtrList {
 template <class Base, class Pointer>
 class CTypedPtrList : public Base {
  public:
+  /// @param blockSize  as for CPtrList
   explicit CTypedPtrList(std::intptr_t blockSize = 10) : Base(blockSize) {}
 
+  /// @copydoc CPtrList::GetHead
   Pointer GetHead() { return static_cast<Pointer>(Base::GetHead()); }
+  /// @copydoc CPtrList::GetTail
   Pointer GetTail() { return static_cast<Pointer>(Base::GetTail()); }
+  /// @copydoc CPtrList::GetNext
   Pointer GetNext(POSITION& position) { return static_cast<Pointer>(Base::GetNext(position)); }
+  /// @copydoc CPtrList::GetAt
   Pointer GetAt(POSITION position) { return static_cast<Pointer>(Base::GetAt(position)); }
+  /// @copydoc CPtrList::RemoveHead
   Pointer RemoveHead() { return static_cast<Pointer>(Base::RemoveHead()); }
+  /// @copydoc CPtrList::AddTail
   POSITION AddTail(Pointer value) { return Base::AddTail(value); }
 };

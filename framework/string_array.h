@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Arrays of strings.
+
 #include <cstdint>
 #include <deque>
 
@@ -9,21 +12,30 @@
 /// A growable array of wide strings. An index out of range throws a CInvalidArgException.
 class CStringArray {
  public:
+  /// @return how many strings it has
   std::intptr_t GetSize() const { return static_cast<std::intptr_t>(items_.size()); }
+  /// @return how many strings it has
   std::intptr_t GetCount() const { return GetSize(); }
+  /// @return true without strings
   bool IsEmpty() const { return items_.empty(); }
 
+  /// @param index  from 0
+  /// @return the string there; it stays where it is while the array grows
   const CStringW& GetAt(std::intptr_t index) const {
     if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
     return items_[static_cast<std::size_t>(index)];
   }
+  /// @copydoc GetAt
   const CStringW& operator[](std::intptr_t index) const { return GetAt(index); }
 
-  /// Appends a copy and returns its index.
+  /// Appends a string.
+  /// @param item  copied
+  /// @return its index
   std::intptr_t Add(const wchar_t* item) {
     items_.emplace_back(item);
     return GetSize() - 1;
   }
+  /// Removes every string.
   void RemoveAll() { items_.clear(); }
 
  private:

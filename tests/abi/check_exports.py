@@ -20,8 +20,9 @@ FUNCTIONS = set("""
     ExternMalloc ExternRealloc ExternFree
 """.split())
 
-# The plain C interface's header is the list of its functions.
-FUNCTIONS.update(re.findall(r"\bSPEECH_CALL (speech_\w+)\(", (FOLDER.parent.parent / "include/speech/speech_c.h").read_text()))
+# The plain C interface's headers are the list of its functions.
+for header in (FOLDER.parent.parent / "include/speech/c").glob("*.h"):
+    FUNCTIONS.update(re.findall(r"\bSPEECH_CALL (speech_\w+)\(", header.read_text()))
 
 SETTINGS = ["Speed", "Volume", "Pitch", "Pause", "CommaPause"]
 

@@ -1,24 +1,22 @@
 #!/usr/bin/env python3
 """Holds the slot numbers of the public headers against slots.txt, as the Microsoft ABI lays them out.
 
-usage: check_slots.py CLANG
+usage: check_slots.py CMAKE BUILD_FOLDER    (the folder of check_msvc.py)
 """
 
 import re
 import subprocess
 import sys
 
+from msvc_build import MsvcBuild
 from slots import FOLDER, read_slots
 
 
-def dump_layouts(clang):
-    source = FOLDER.parent.parent
-    command = [
-        clang, "--target=i686-pc-windows-msvc", "-std=c++20", "-ffreestanding", "-nostdinc++",
-        f"-I{FOLDER / 'stand_in'}", f"-I{source / 'include'}", f"-I{source}",
-        "-S", "-emit-llvm", "-o", "/dev/null", "-Xclang", "-fdump-vtable-layouts", str(FOLDER / "layout.cpp"),
-    ]
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+def dump_layouts(build):
+    source = str(FOLDER / "layout.cpp")
+    command = [word for word in build.commands[source] if not re.match("/F[do]", word)]
+    command[1:1] = ["/Fo/dev/null", "-Xclang", "-fdump-vtable-layouts"]
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True, cwd=build.folder).stdout
 
 
 def laid_out(dump, class_name):
@@ -36,7 +34,7 @@ def laid_out(dump, class_name):
 
 
 def main():
-    dump = dump_layouts(sys.argv[1])
+    dump = dump_layouts(MsvcBuild(*sys.argv[1:3]))
     failures = 0
     for class_name, expected in read_slots().items():
         actual = laid_out(dump, class_name)
