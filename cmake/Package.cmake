@@ -14,8 +14,9 @@ install(TARGETS narravo RUNTIME DESTINATION bin)
 install(FILES lxapi/bundled/engines.ini DESTINATION bin)
 install(DIRECTORY "${EspeakNG_DATA_DIR}/" DESTINATION bin/espeak-ng-data)
 
-find_program(SOX_EXECUTABLE sox.exe REQUIRED)
-install(PROGRAMS "${SOX_EXECUTABLE}" DESTINATION bin)
+if(SOX_EXECUTABLE)
+  install(PROGRAMS "${SOX_EXECUTABLE}" DESTINATION bin)
+endif()
 
 if(MINGW)
   # The C++ runtime is shared: an exception of the interface crosses from the DLL to its host.
@@ -23,6 +24,11 @@ if(MINGW)
     execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}"
       OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     if(NOT IS_ABSOLUTE "${runtime}")
+      # A compiler that runs on Windows keeps them beside itself.
+      cmake_path(GET CMAKE_CXX_COMPILER PARENT_PATH compiler_folder)
+      set(runtime "${compiler_folder}/${name}")
+    endif()
+    if(NOT EXISTS "${runtime}")
       message(FATAL_ERROR "The compiler has no ${name}")
     endif()
     # Nine tenths of it are debugging symbols.
@@ -32,28 +38,43 @@ if(MINGW)
       "${CMAKE_STRIP}" --strip-unneeded -o "${stripped}" "${runtime}" COMMAND_ERROR_IS_FATAL ANY)
     install(PROGRAMS "${stripped}" DESTINATION bin)
   endforeach()
-else()
+elseif(CMAKE_HOST_WIN32)
   set(CMAKE_INSTALL_SYSTEM_RUNTIME_DESTINATION bin)
   set(CMAKE_INSTALL_MFC_LIBRARIES ON)
   include(InstallRequiredSystemLibraries)
 endif()
 
 # include, lib: what a program needs to be built
-install(DIRECTORY include/speech DESTINATION include FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY framework DESTINATION include FILES_MATCHING PATTERN "*.h")
-install(FILES lxapi/lxapi.h DESTINATION include/lxapi)
-# What declares exported functions is public.
-file(GLOB audio_headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/audio/*.h")
-foreach(header IN LISTS audio_headers)
-  file(STRINGS "${header}" exports REGEX SPEECH_API LIMIT_COUNT 1)
-  if(exports)
-    install(FILES "${header}" DESTINATION include/audio)
+foreach(header IN LISTS speech_public_headers)
+  cmake_path(GET header PARENT_PATH folder)
+  string(REGEX REPLACE "^include/" "" folder "${folder}")
+  install(FILES "${header}" DESTINATION "include/${folder}")
+endforeach()
+
+# What an engine library exports, for those who write another
+if(MSVC)
+  install(FILES "${PROJECT_BINARY_DIR}/lxapi/bundled/lxapi.def" DESTINATION lib)
+else()
+  install(FILES lxapi/bundled/lxapi.def DESTINATION lib)
+endif()
+set(engine_exports lib/lxapi.def)
+
+# What speech.dll exports to programs in C, for compilers that make import libraries of their own
+set(c_functions)
+foreach(header IN LISTS speech_public_headers)
+  if(header MATCHES "^(include/speech/c|audio)/")
+    file(STRINGS "${header}" declarations REGEX "^SPEECH_API [^;]*[(]")
+    list(TRANSFORM declarations REPLACE "^.*[ *]([A-Za-z_0-9]+)[(].*$" "  \\1")
+    list(APPEND c_functions ${declarations})
   endif()
 endforeach()
+list(JOIN c_functions "\n" c_functions)
+file(CONFIGURE OUTPUT speech.def CONTENT "LIBRARY speech\nEXPORTS\n${c_functions}\n" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/speech.def" DESTINATION lib)
 
 install(EXPORT speechTargets NAMESPACE speech:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/speechConfig.cmake.in "${PROJECT_BINARY_DIR}/speechConfig.cmake"
-  INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_BINDIR)
+  INSTALL_DESTINATION ${package_dir} PATH_VARS CMAKE_INSTALL_BINDIR engine_exports)
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/speechConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/speechConfig.cmake" "${PROJECT_BINARY_DIR}/speechConfigVersion.cmake"
   DESTINATION ${package_dir})
@@ -71,7 +92,7 @@ foreach(name IN ITEMS espeak-ng curl soxr minimp3 cli11 sox lame libgsm libogg l
   mark_as_advanced(licence_of_${name})
   if(licence_of_${name})
     install(FILES "${licence_of_${name}}" DESTINATION licences RENAME ${name}.txt)
-  elseif(MINGW)
+  elseif(CMAKE_CROSSCOMPILING AND MINGW)
     message(FATAL_ERROR "The licence of ${name} was not found")
   endif()
 endforeach()

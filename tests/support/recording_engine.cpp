@@ -68,31 +68,19 @@ void RecordingEngine::reset() {
   const std::scoped_lock lock(mutex_);
   calls_.clear();
   answers_.clear();
-  internalNumbers_.clear();
-  internalTexts_.clear();
+  internalNumbers.clear();
+  internalTexts.clear();
   engines_.clear();
-  lastHandle_ = 0;
+  lastHandle = 0;
   ttsInfo = {};
   audio.clear();
   eventProcedure = nullptr;
   outputFile.clear();
 }
 
-void RecordingEngine::install(InstalledEngine engine) { engines_.push_back(std::move(engine)); }
-
 std::vector<std::string> RecordingEngine::takeCalls() {
   const std::scoped_lock lock(mutex_);
   return std::exchange(calls_, {});
-}
-
-void RecordingEngine::answer(const std::string& call, std::int32_t value) { answers_[call] = value; }
-
-void RecordingEngine::answerInternal(const std::string& function, std::int32_t value) {
-  internalNumbers_[function] = value;
-}
-
-void RecordingEngine::answerInternal(const std::string& function, const std::string& text) {
-  internalTexts_[function] = text;
 }
 
 void RecordingEngine::raise(std::uint32_t tts, std::int32_t event, std::uint32_t word1, std::uint32_t word2,
@@ -114,8 +102,6 @@ std::int32_t RecordingEngine::record(const std::string& function, const std::str
   return standard;
 }
 
-std::uint32_t RecordingEngine::newHandle() { return ++lastHandle_; }
-
 const InstalledEngine* RecordingEngine::installed(std::uint32_t cursor) const {
   return cursor >= 1 && cursor <= engines_.size() ? &engines_[cursor - 1] : nullptr;
 }
@@ -127,16 +113,6 @@ std::uint32_t RecordingEngine::findEngine(const std::string& key1, const std::st
     }
   }
   return 0;
-}
-
-const std::int32_t* RecordingEngine::internalNumber(const std::string& function) const {
-  const auto found = internalNumbers_.find(function);
-  return found != internalNumbers_.end() ? &found->second : nullptr;
-}
-
-const std::string* RecordingEngine::internalText(const std::string& function) const {
-  const auto found = internalTexts_.find(function);
-  return found != internalTexts_.end() ? &found->second : nullptr;
 }
 
 }  // namespace speech::test
@@ -181,7 +157,7 @@ int32_t LXAPI_CALL LXAPI_GetEngineInfoFieldEx2(uint32_t cursor, const wchar_t** 
 }
 
 uint32_t LXAPI_CALL LXAPI_CreateHandle(void) {
-  return noteHandle(recording().newHandle(), "LXAPI_CreateHandle");
+  return noteHandle(++recording().lastHandle, "LXAPI_CreateHandle");
 }
 
 uint32_t LXAPI_CALL LXAPI_GetEngine(const char* key1, const char* key2) {
@@ -257,8 +233,8 @@ int32_t LXAPI_CALL LXAPI_BufferOpen(uint32_t tts, const char* utf8, int32_t leng
 
 int32_t LXAPI_CALL LXAPI_GetBuffer(uint32_t tts, void** buffer) {
   *buffer = recording().audio.data();
-  return recording().record("LXAPI_GetBuffer", list(tts, Output{buffer, "buffer"}),
-                            static_cast<int32_t>(recording().audio.size()));
+  return static_cast<int32_t>(
+      noteHandle(recording().audio.size(), "LXAPI_GetBuffer", tts, Output{buffer, "buffer"}));
 }
 
 int32_t LXAPI_CALL LXAPI_FreeBuffer(void* buffer) {
@@ -276,7 +252,7 @@ int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number) {
 }
 
 uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path) {
-  return noteHandle(recording().newHandle(), "LXAPI_CreateLexiconHandle", path);
+  return noteHandle(++recording().lastHandle, "LXAPI_CreateLexiconHandle", path);
 }
 
 int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon) {
@@ -297,13 +273,14 @@ int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, 
   }
   va_end(values);
   function += ')';
-  if (const int32_t* const number = recording().internalNumber(function)) {
-    if (result != nullptr) *result = *number;
-    if (word != nullptr) *static_cast<intptr_t*>(word) = *number;
+  const auto& numbers = recording().internalNumbers;
+  if (const auto found = numbers.find(function); found != numbers.end()) {
+    if (result != nullptr) *result = found->second;
+    if (word != nullptr) *static_cast<intptr_t*>(word) = found->second;
   }
-  if (const std::string* const answer = recording().internalText(function);
-      answer != nullptr && text != nullptr) {
-    std::memcpy(text, answer->c_str(), answer->size() + 1);
+  const auto& texts = recording().internalTexts;
+  if (const auto found = texts.find(function); found != texts.end() && text != nullptr) {
+    std::memcpy(text, found->second.c_str(), found->second.size() + 1);
   }
   return recording().record("LXAPI_CallEngineInternal", arguments);
 }

@@ -20,6 +20,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lxapi/lxapi.h"
@@ -41,19 +42,21 @@ class RecordingEngine {
   /// Forgets calls, answers, engines and handles.
   void reset();
 
-  void install(InstalledEngine engine);
+  void install(InstalledEngine engine) { engines_.push_back(std::move(engine)); }
 
   /// The calls since the last takeCalls or reset.
   std::vector<std::string> takeCalls();
 
   /// What a function answers from now on; without it 0, or the next handle. `call` is the function's name
   /// alone or a whole call as it is recorded, which goes first.
-  void answer(const std::string& call, std::int32_t value);
+  void answer(const std::string& call, std::int32_t value) { answers_[call] = value; }
 
   /// What an internal function writes: `function` is its name and arguments, as in "LX_GetTTSInfo(16)".
   /// Without it nothing is written.
-  void answerInternal(const std::string& function, std::int32_t value);
-  void answerInternal(const std::string& function, const std::string& text);
+  void answerInternal(const std::string& function, std::int32_t value) { internalNumbers[function] = value; }
+  void answerInternal(const std::string& function, const std::string& text) {
+    internalTexts[function] = text;
+  }
 
   /// What LXAPI_GetTTSInfo hands out.
   LXTTSINFO ttsInfo = {};
@@ -70,11 +73,11 @@ class RecordingEngine {
 
   /// Records a call and returns its answer.
   std::int32_t record(const std::string& function, const std::string& arguments, std::int32_t standard = 0);
-  std::uint32_t newHandle();
   const InstalledEngine* installed(std::uint32_t cursor) const;
   std::uint32_t findEngine(const std::string& key1, const std::string& key2) const;
-  const std::int32_t* internalNumber(const std::string& function) const;
-  const std::string* internalText(const std::string& function) const;
+  std::map<std::string, std::int32_t> internalNumbers;
+  std::map<std::string, std::string> internalTexts;
+  std::uint32_t lastHandle = 0;
   LXEVENTPROC eventProcedure = nullptr;
   std::string outputFile;
 
@@ -82,10 +85,7 @@ class RecordingEngine {
   std::mutex mutex_;
   std::vector<std::string> calls_;
   std::map<std::string, std::int32_t> answers_;
-  std::map<std::string, std::int32_t> internalNumbers_;
-  std::map<std::string, std::string> internalTexts_;
   std::deque<InstalledEngine> engines_;
-  std::uint32_t lastHandle_ = 0;
 };
 
 /// The one stand-in of the process.

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <atomic>
-#include <cstdint>
 #include <filesystem>
+#include <random>
 #include <string>
 
 namespace speech::test {
@@ -11,10 +10,10 @@ namespace speech::test {
 class TemporaryFolder {
  public:
   explicit TemporaryFolder(const std::wstring& name = L"speech") {
-    static std::atomic<unsigned> counter;
-    const auto unique = reinterpret_cast<std::uintptr_t>(this) ^ (counter++ * 7919u);
+    // Random, so that no run meets what an earlier one left, as in logs that name files.
+    std::random_device random;
     do {
-      path_ = std::filesystem::temp_directory_path() / (name + L"-" + std::to_wstring(unique + counter++));
+      path_ = std::filesystem::temp_directory_path() / (name + L"-" + std::to_wstring(random()));
     } while (!std::filesystem::create_directory(path_));
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
