@@ -5,6 +5,9 @@
 
 find_path(EspeakNG_INCLUDE_DIR NAMES espeak-ng/speak_lib.h)
 find_library(EspeakNG_LIBRARY NAMES espeak-ng libespeak-ng)
+# Built with its own CMake files, it has its character tables in a library beside it.
+cmake_path(GET EspeakNG_LIBRARY PARENT_PATH EspeakNG_LIBRARY_DIR)
+find_library(EspeakNG_UCD_LIBRARY NAMES ucd PATHS "${EspeakNG_LIBRARY_DIR}" NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
 
 # The data must match the library's version, so it is looked for beside the header and nowhere else.
 cmake_path(GET EspeakNG_INCLUDE_DIR PARENT_PATH EspeakNG_PREFIX)
@@ -17,7 +20,7 @@ include(FindPackageHandleStandardArgs)
 find_package_handle_standard_args(EspeakNG
   REQUIRED_VARS EspeakNG_LIBRARY EspeakNG_INCLUDE_DIR EspeakNG_DATA_DIR
   REASON_FAILURE_MESSAGE "scripts/build-dependencies builds it (with the argument \"native\" for this machine)")
-mark_as_advanced(EspeakNG_INCLUDE_DIR EspeakNG_LIBRARY EspeakNG_DATA_DIR)
+mark_as_advanced(EspeakNG_INCLUDE_DIR EspeakNG_LIBRARY EspeakNG_UCD_LIBRARY EspeakNG_DATA_DIR)
 
 if(EspeakNG_FOUND AND NOT TARGET EspeakNG::EspeakNG)
   add_library(EspeakNG::EspeakNG UNKNOWN IMPORTED)
@@ -25,6 +28,6 @@ if(EspeakNG_FOUND AND NOT TARGET EspeakNG::EspeakNG)
     IMPORTED_LOCATION "${EspeakNG_LIBRARY}"
     INTERFACE_INCLUDE_DIRECTORIES "${EspeakNG_INCLUDE_DIR}"
     INTERFACE_COMPILE_DEFINITIONS LIBESPEAK_NG_EXPORT
-    INTERFACE_LINK_LIBRARIES "$<$<PLATFORM_ID:Windows>:advapi32>;$<$<NOT:$<PLATFORM_ID:Windows>>:m>"
+    INTERFACE_LINK_LIBRARIES "$<$<BOOL:${EspeakNG_UCD_LIBRARY}>:${EspeakNG_UCD_LIBRARY}>;$<$<PLATFORM_ID:Windows>:advapi32>;$<$<NOT:$<PLATFORM_ID:Windows>>:m>"
     ESPEAK_NG_DATA_DIR "${EspeakNG_DATA_DIR}")
 endif()

@@ -41,25 +41,19 @@ class Voices(HostTest):
 
 class Save(HostTest):
     def save(self, *arguments, **options):
-        path = self.folder / "out.wav"
+        path = self.folder / "out 日本語 ünïcode.wav"
         self.assert_runs("save", path, *arguments, **options)
         return wav_measure.read_wav(path)
 
-    def test_writes_a_clean_wav_file(self):
+    def test_writes_a_clean_wav_file_that_sox_reads(self):
         wav = self.save("Hello, world.")
-        self.assertEqual((wav.channels, wav.sample_bytes, wav.rate), (1, 2, 22050))
         self.assertTrue(0.5 < wav_measure.seconds(wav) < 3, wav_measure.seconds(wav))
         self.assertGreater(wav_measure.rms(wav.samples), 300)
         self.assertLess(wav_measure.clipped_run(wav.samples), 3)
-
-    def test_writes_what_sox_reads(self):
-        path = self.folder / "out.wav"
-        self.assert_runs("save", path, "Hello, world.")
-        described = subprocess.run(["soxi", path], capture_output=True, text=True, check=True)
+        described = subprocess.run(["soxi", *self.folder.glob("*.wav")], capture_output=True, text=True, check=True)
         self.assertNotIn("WARN", described.stderr)
-        self.assertRegex(described.stdout, r"Channels +: 1\n")
-        self.assertRegex(described.stdout, r"Sample Rate +: 22050\n")
-        self.assertRegex(described.stdout, r"Precision +: 16-bit\n")
+        for line in (r"Channels +: 1\n", r"Sample Rate +: 22050\n", r"Precision +: 16-bit\n"):
+            self.assertRegex(described.stdout, line)
 
     def test_takes_every_way_of_giving_text(self):
         spoken = self.save("Grüße aus Köln", "--voice", "de")
@@ -75,11 +69,6 @@ class Save(HostTest):
             self.assertEqual(wav.samples, spoken.samples, way)
         self.assertNotEqual(self.save("Grue aus Koeln", "--voice", "de").samples, spoken.samples)
 
-    def test_writes_to_any_file_name(self):
-        path = self.folder / "日本語 ünïcode.wav"
-        self.assert_runs("save", path, "Hello")
-        self.assertGreater(wav_measure.heard_seconds(wav_measure.read_wav(path)), 0.2)
-
     def test_applies_speed_pitch_volume_and_voice(self):
         plain = self.save("One two three four five")
         fast = self.save("One two three four five", "--speed", "200")
@@ -93,12 +82,6 @@ class Save(HostTest):
         marked = '<speak>Hello <break time="1500ms"/> world</speak>'
         with_break = wav_measure.seconds(self.save("--ssml", marked))
         self.assertGreater(with_break, wav_measure.seconds(self.save("Hello world")) + 1.0)
-
-    def test_saves_a_long_text_whole(self):
-        sentence = "The quick brown fox jumps over the lazy dog. "
-        one = wav_measure.seconds(self.save(sentence))
-        many = wav_measure.seconds(self.save("-", stdin=(sentence * 40).encode()))
-        self.assertGreater(many, 30 * one)
 
 
 class Refusals(HostTest):

@@ -33,12 +33,11 @@ TEST(WavFormatOfAFile, IsReadFromItsHeader) {
   EXPECT_EQ(format.seconds(), 2);
 }
 
-struct Refusal {
-  Bytes file;
-  const char* reason;
-};
-
 TEST(WavFormatOfAFile, IsRefusedWithItsReason) {
+  struct Refusal {
+    Bytes file;
+    const char* reason;
+  };
   const Bytes data(20, 0);
   const Bytes whole = PcmFile{.data = data}.bytes();
   Bytes longFormat = whole, otherChunk = whole;
@@ -46,12 +45,9 @@ TEST(WavFormatOfAFile, IsRefusedWithItsReason) {
   otherChunk[36] = 'L';
   for (const auto& [file, reason] : {
            Refusal{{}, "not a WAV file"},
-           Refusal{Bytes(100, 1), "not a WAV file"},
            Refusal{Bytes(whole.begin(), whole.begin() + 43), "not a WAV file"},
-           Refusal{Bytes(whole.begin(), whole.end() - 1), "shorter than its header says"},
            Refusal{PcmFile{.data = data, .dataSize = 0x7FFFFFFF}.bytes(), "shorter than its header says"},
            Refusal{PcmFile{.tag = 6, .bits = 8, .data = data}.bytes(), "not PCM"},
-           Refusal{PcmFile{.bits = 24, .data = data}.bytes(), "not PCM"},
            Refusal{PcmFile{.channels = 3, .data = data}.bytes(), "not PCM"},
            Refusal{PcmFile{.sampleRate = 0, .data = data}.bytes(), "no sample rate"},
            Refusal{longFormat, "more in its header"},
@@ -67,15 +63,10 @@ TEST(WavFormatOfAFile, IsRefusedWithItsReason) {
   }
 }
 
-TEST(ProgressBar, GrowsWithTheTime) {
-  EXPECT_EQ(progressLine(Seconds(0), Seconds(10)), "[" + std::string(40, '-') + "]   0 % (estimated)");
+TEST(ProgressBar, GrowsWithTheTimeAndIsNotFullBeforeTheEnd) {
   EXPECT_EQ(progressLine(Seconds(5), Seconds(10)),
             "[" + std::string(20, '#') + std::string(20, '-') + "]  50 % (estimated)");
   EXPECT_THAT(progressLine(Seconds(0), Seconds(0)), testing::HasSubstr("]   0 % (estimated)"));
-  EXPECT_EQ(finishedLine(), "[" + std::string(40, '#') + "] 100 %");
-}
-
-TEST(ProgressBar, IsNotFullBeforeTheEnd) {
   EXPECT_THAT(progressLine(Seconds(100), Seconds(10)), testing::HasSubstr("]  99 % (estimated)"));
   EXPECT_THAT(progressLine(Seconds(1), Seconds(0)), testing::HasSubstr("]  99 % (estimated)"));
 }

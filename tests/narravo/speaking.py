@@ -68,14 +68,8 @@ class Speaking(HostTest):
 
     def test_shows_words_beyond_ascii(self):
         text = "Žluťoučký kůň 😀 úpěl"
-        self.assertEqual(self.assert_runs("speak", "--voice", "cs", text), text + "\n")
-
-    def test_speaks_ssml(self):
-        with SoundMonitor() as monitor:
-            shown = self.assert_runs("speak", "--ssml", '<speak>Hello <break time="900ms"/> world</speak>')
-            time.sleep(0.5)
-        self.assertEqual(shown, "Hello world\n")
-        self.assertGreater(wav_measure.heard_seconds(monitor.wav()), 1.3)
+        shown = self.assert_runs("speak", "--voice", "cs", "--ssml", f"<speak>{text}</speak>")
+        self.assertEqual(shown, text + "\n")
 
     def test_stops_at_once_on_interrupt(self):
         with SoundMonitor() as monitor:

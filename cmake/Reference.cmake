@@ -1,0 +1,11 @@
+# The target "reference": HTML of the public headers in the build folder's reference/index.html.
+
+find_program(DOXYGEN doxygen)
+mark_as_advanced(DOXYGEN)
+if(DOXYGEN)
+  list(TRANSFORM speech_public_headers PREPEND "\"${PROJECT_SOURCE_DIR}/" OUTPUT_VARIABLE reference_input)
+  list(TRANSFORM reference_input APPEND "\"")
+  list(JOIN reference_input " " reference_input)
+  configure_file(cmake/Doxyfile.in Doxyfile @ONLY)
+  add_custom_target(reference COMMAND "${DOXYGEN}" "${PROJECT_BINARY_DIR}/Doxyfile" VERBATIM)
+endif()

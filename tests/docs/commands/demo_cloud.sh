@@ -1,0 +1,1 @@
+./narravo demo-cloud "Hello, world."  # starts it, speaks through it, stops it

@@ -1,0 +1,1 @@
+./narravo speak "Hello, world."     # installs and builds what is missing, then speaks
