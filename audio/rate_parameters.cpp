@@ -23,6 +23,12 @@ constexpr std::uint16_t guardOf(double reach) {
       std::min(static_cast<double>(static_cast<std::int64_t>(reach)) + kGuardMargin, kMost));
 }
 
+/// Drops the fraction, as the rules do, also behind the half that they add.
+template <class Integer>
+constexpr Integer truncated(double value) {
+  return static_cast<Integer>(value);
+}
+
 /// The factor is single precision, everything made from it double: other roundings move some rows by one.
 constexpr std::optional<Parameters> parametersByRule(std::int32_t inputRate, std::int32_t outputRate) {
   const float factor = static_cast<float>(outputRate) / static_cast<float>(inputRate);
@@ -32,11 +38,12 @@ constexpr std::optional<Parameters> parametersByRule(std::int32_t inputRate, std
 
   const double narrowing = std::min(static_cast<double>(factor), 1.0);
   const double widening = std::max(1.0, 1.0 / static_cast<double>(factor));
-  return Parameters{static_cast<std::uint32_t>(step),
-                    static_cast<std::uint32_t>(
+  const double half = narrowing < 1 ? 0.5 : 0;
+  return Parameters{truncated<std::uint32_t>(step),
+                    truncated<std::uint32_t>(
                         std::min(static_cast<double>(factor) * kCoefStepUnity, kCoefStepUnity) * 128 + 0.5),
-                    static_cast<std::uint16_t>(narrowing * kUnityGainSmall + (narrowing < 1 ? 0.5 : 0)),
-                    static_cast<std::uint16_t>(narrowing * kUnityGainLarge + (narrowing < 1 ? 0.5 : 0)),
+                    truncated<std::uint16_t>(narrowing * kUnityGainSmall + half),
+                    truncated<std::uint16_t>(narrowing * kUnityGainLarge + half),
                     guardOf(widening * kWingReachSmall),
                     guardOf(widening * kWingReachLarge)};
 }

@@ -36,7 +36,7 @@ std::uint8_t* encode(std::span<const std::int16_t> samples, std::size_t index, S
 
 void readFrames(std::FILE* file, SampleWidth width, int channels, std::span<std::int16_t> left,
                 std::span<std::int16_t> right) {
-  const std::size_t sampleBytes = static_cast<std::size_t>(width.bytes);
+  const auto sampleBytes = static_cast<std::size_t>(width.bytes);
   const std::size_t frameBytes = sampleBytes * static_cast<std::size_t>(channels);
   if (frameBytes == 0) {
     std::ranges::fill(left, std::int16_t{0});

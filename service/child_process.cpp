@@ -1,7 +1,7 @@
 #include "service/child_process.h"
 
 #include <poll.h>
-#include <signal.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): kill is in this one only
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>

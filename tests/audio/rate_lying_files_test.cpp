@@ -39,26 +39,18 @@ class LyingWav : public testing::Test {
   const Bytes data = Bytes(400, 3);
 };
 
-TEST_F(LyingWav, AboutItsDataSizeIsRefused) {
+TEST_F(LyingWav, AboutItsSizeItsRateOrItsFormatIsRefused) {
   for (const std::uint32_t size : {401u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu}) {
     for (const std::uint32_t bits : {0u, 8u, 16u, 32u}) {
       expectRefused(PcmFile{.channels = 2, .bits = bits, .data = data, .dataSize = size}.bytes());
     }
   }
-  expectRefused(PcmFile{.dataSize = 0x7FFFFFFF}.bytes());
-}
-
-TEST_F(LyingWav, AboutItsRateIsRefused) {
   for (const std::uint32_t rate : {0u, 0x80000000u, 0xFFFFFFFFu, 0x7FFFFFFFu, 1u}) {
     expectRefused(PcmFile{.sampleRate = rate, .data = data}.bytes());
   }
-}
-
-TEST_F(LyingWav, AboutItsFormatIsRefused) {
   for (const std::uint32_t tag : {0u, 2u, 3u, 6u, 17u, 0xFFFEu}) {
     expectRefused(PcmFile{.tag = tag, .data = data}.bytes());
   }
-  expectRefused({});
   expectRefused(Bytes(500, 0));
   expectRefused(Bytes(500, 0xFF));
 }
@@ -90,19 +82,18 @@ using FilePaths = LyingWav;
 
 TEST_F(FilePaths, ThatDoNotLeadToFilesAreRefused) {
   writeBytes(in, PcmFile{.data = data}.bytes());
-  const std::string missing = folder.file("missing.wav");
-  const std::string nowhere = folder.file("missing/out.wav");
-  const std::string directory = folder.path().string();
+  const std::string missing = folder.file("missing.wav"), nowhere = folder.file("missing/out.wav");
+  const std::string directory = folder.path().string(), fresh = folder.file("fresh.wav");
   for (auto* const convert : {RATEAPI_WAV2WAV, RATEAPI_WAV2WAV_EX}) {
     EXPECT_EQ(convert(missing.c_str(), 8000, 16, 1, out.c_str()), -1);
     EXPECT_FALSE(std::filesystem::exists(out)) << "the input is opened first";
-    EXPECT_EQ(convert(in.c_str(), 8000, 16, 1, nowhere.c_str()), -1);
-    EXPECT_EQ(convert(in.c_str(), 8000, 16, 1, directory.c_str()), -1);
-    EXPECT_EQ(convert(directory.c_str(), 8000, 16, 1, folder.file("of-directory.wav").c_str()), -1);
-    EXPECT_EQ(convert("", 8000, 16, 1, out.c_str()), -1);
-    EXPECT_EQ(convert(in.c_str(), 8000, 16, 1, ""), -1);
-    EXPECT_EQ(convert(nullptr, 8000, 16, 1, out.c_str()), -1);
-    EXPECT_EQ(convert(in.c_str(), 8000, 16, 1, nullptr), -1);
+    for (const char* const source : {directory.c_str(), "", static_cast<const char*>(nullptr)}) {
+      EXPECT_EQ(convert(source, 8000, 16, 1, fresh.c_str()), -1);
+    }
+    for (const char* const target :
+         {nowhere.c_str(), directory.c_str(), "", static_cast<const char*>(nullptr)}) {
+      EXPECT_EQ(convert(in.c_str(), 8000, 16, 1, target), -1);
+    }
   }
 }
 
@@ -129,17 +120,6 @@ TEST_F(FilePaths, ThatFailLeaveNoFileOpen) {
   }
   writeBytes(in, PcmFile{.data = data}.bytes());
   EXPECT_EQ(RATEAPI_WAV2WAV(in.c_str(), 8000, 16, 1, out.c_str()), 1);
-}
-
-TEST_F(FilePaths, ToTheUnwritableAreRefused) {
-  writeBytes(in, PcmFile{.data = data}.bytes());
-  writeBytes(out, {1, 2, 3});
-  std::filesystem::permissions(out, std::filesystem::perms::owner_read);
-  const std::int32_t answer = RATEAPI_WAV2WAV(in.c_str(), 8000, 16, 1, out.c_str());
-  const Bytes content = readBytes(out);
-  std::filesystem::permissions(out, std::filesystem::perms::owner_all);
-  // A superuser may write to what is read-only.
-  EXPECT_TRUE(answer == -1 ? content == Bytes({1, 2, 3}) : answer == 1 && isWellFormedWav(content));
 }
 
 TEST_F(FilePaths, WithWishesThatNoFileGrantsAreRefused) {

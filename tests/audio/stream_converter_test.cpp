@@ -70,35 +70,31 @@ Samples channelOf(const Samples& interleaved, std::size_t channel, std::size_t c
   return samples;
 }
 
-class StreamRates : public testing::TestWithParam<StreamCase> {};
+TEST(StreamConverter, GivesTheSameSamplesInBlocksOfAnySize) {
+  constexpr std::size_t kFrames = 30000;
+  for (const auto& [inRate, outRate] :
+       {StreamCase{44100, 16000}, {8000, 16000}, {22050, 22050}, {11025.5, 48000}}) {
+    for (const std::size_t channels : {1u, 2u}) {
+      const Samples input = tones(kFrames, channels);
+      Samples whole;
+      Stream(inRate, outRate, static_cast<std::int32_t>(channels)).convert(input.data(), kFrames, whole);
+      const double expectedFrames = kFrames * outRate / inRate;
+      ASSERT_GT(static_cast<double>(whole.size() / channels), expectedFrames * 0.95);
+      ASSERT_LE(static_cast<double>(whole.size() / channels), expectedFrames + 1);
 
-TEST_P(StreamRates, GiveTheSameSamplesInBlocksOfAnySize) {
-  const auto [inRate, outRate] = GetParam();
-  for (const std::size_t channels : {1u, 2u}) {
-    constexpr std::size_t kFrames = 30000;
-    const Samples input = tones(kFrames, channels);
-    Samples whole;
-    Stream(inRate, outRate, static_cast<std::int32_t>(channels)).convert(input.data(), kFrames, whole);
-    const double expectedFrames = kFrames * outRate / inRate;
-    ASSERT_GT(static_cast<double>(whole.size() / channels), expectedFrames * 0.95);
-    ASSERT_LE(static_cast<double>(whole.size() / channels), expectedFrames + 1);
-
-    for (const std::size_t blockFrames : {1u, 7u, 480u, 4096u, 29999u}) {
-      Stream stream(inRate, outRate, static_cast<std::int32_t>(channels));
-      Samples blocks;
-      for (std::size_t begin = 0; begin < kFrames; begin += blockFrames) {
-        const std::size_t frames = std::min(blockFrames, kFrames - begin);
-        stream.convert(input.data() + begin * channels, frames, blocks, frames * 7 + 100);
+      for (const std::size_t blockFrames : {1u, 7u, 480u, 4096u, 29999u}) {
+        Stream stream(inRate, outRate, static_cast<std::int32_t>(channels));
+        Samples blocks;
+        for (std::size_t begin = 0; begin < kFrames; begin += blockFrames) {
+          const std::size_t frames = std::min(blockFrames, kFrames - begin);
+          stream.convert(input.data() + begin * channels, frames, blocks, frames * 7 + 100);
+        }
+        EXPECT_TRUE(blocks == whole) << inRate << " to " << outRate << ", " << blockFrames
+                                     << " frames a block, " << channels << " channels";
       }
-      EXPECT_TRUE(blocks == whole) << blockFrames << " frames a block, " << channels << " channels";
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(Pairs, StreamRates,
-                         testing::Values(StreamCase{44100, 16000}, StreamCase{8000, 16000},
-                                         StreamCase{48000, 44100}, StreamCase{22050, 22050},
-                                         StreamCase{8000, 48000}, StreamCase{11025.5, 16000}));
 
 TEST(StreamConverter, KeepsWhatTheOutputHasNoRoomForForTheNextCall) {
   const Samples input = tones(8000, 1);
@@ -134,9 +130,9 @@ TEST(StreamConverter, TakesTwoBytesForAFrameWhateverTheChannels) {
   const Samples stereo = tones(kFrames, 2);
   Samples output(kFrames * 2 * 2 + 2, 0);
   const Stream stream(8000, 16000, 2);
-  // 24000 bytes of input are announced as 12000, room for 48000 bytes as 24000.
+  // 24000 bytes of input are announced as 12000, room for 48000 bytes as 24000; an odd byte is dropped.
   const std::int32_t bytes =
-      RATEAPI_MULTI_PROCESS(stream.handle(), stereo.data(), 12000, output.data(), 24000);
+      RATEAPI_MULTI_PROCESS(stream.handle(), stereo.data(), 12001, output.data(), 24001);
 
   for (const std::size_t channel : {0u, 1u}) {
     const Samples mono = channelOf(stereo, channel, 2);
@@ -149,16 +145,6 @@ TEST(StreamConverter, TakesTwoBytesForAFrameWhateverTheChannels) {
   }
   const auto end = output.begin() + bytes;
   EXPECT_TRUE(std::all_of(end, output.end(), [](std::int16_t sample) { return sample == 0; }));
-}
-
-TEST(StreamConverter, DropsTheLastByteOfAnOddCount) {
-  const Samples input = tones(2001, 1);
-  Samples even, odd(10000);
-  Stream(8000, 16000, 1).convert(input.data(), 2000, even);
-  const Stream stream(8000, 16000, 1);
-  const std::int32_t bytes = RATEAPI_MULTI_PROCESS(stream.handle(), input.data(), 4001, odd.data(), 20000);
-  EXPECT_EQ(bytes, static_cast<std::int32_t>(even.size()) * 2);
-  EXPECT_EQ(RATEAPI_MULTI_PROCESS(stream.handle(), input.data(), 1, odd.data(), 1), 0);
 }
 
 TEST(StreamConverter, NamesTheFirstBadArgument) {
@@ -178,33 +164,21 @@ TEST(StreamConverter, NamesTheFirstBadArgument) {
 TEST(StreamConverter, RefusesConversionsThatCannotBe) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-  for (const auto& [inRate, outRate] : {StreamCase{0, 8000},
-                                        {8000, 0},
-                                        {0, 0},
-                                        {-8000, 8000},
-                                        {8000, -1},
-                                        {kNan, 8000},
-                                        {8000, kNan},
-                                        {kInfinity, 8000},
-                                        {8000, kInfinity},
-                                        {1, 65537},
-                                        {65537, 1},
-                                        {1e300, 1e-300},
-                                        {1e-300, 1e300}}) {
+  for (const double bad : {0.0, -8000.0, kNan, kInfinity}) {
+    EXPECT_EQ(RATEAPI_MULTI_INIT(bad, 8000, 1), 0u) << bad;
+    EXPECT_EQ(RATEAPI_MULTI_INIT(8000, bad, 1), 0u) << bad;
+  }
+  for (const auto& [inRate, outRate] : {StreamCase{1, 65537}, {65537, 1}, {1e300, 1e-300}, {1e-300, 1e300}}) {
     EXPECT_EQ(RATEAPI_MULTI_INIT(inRate, outRate, 1), 0u) << inRate << " to " << outRate;
   }
   for (const int channels : {0, -1, 1025, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
     EXPECT_EQ(RATEAPI_MULTI_INIT(8000, 16000, channels), 0u) << channels << " channels";
   }
-}
-
-TEST(StreamConverter, ConvertsAtTheLargestRatios) {
   const Samples input = tones(100, 1);
   for (const auto& [inRate, outRate] : {StreamCase{1, 65536}, {65536, 1}}) {
-    const Stream stream(inRate, outRate, 1);
-    ASSERT_NE(stream.handle(), 0u);
     Samples output(1000);
-    EXPECT_GE(RATEAPI_MULTI_PROCESS(stream.handle(), input.data(), 200, output.data(), 2000), 0);
+    const Stream largestRatio(inRate, outRate, 1);
+    EXPECT_GE(RATEAPI_MULTI_PROCESS(largestRatio.handle(), input.data(), 200, output.data(), 2000), 0);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 
@@ -11,11 +12,13 @@
 #include "tests/support/binary_file.h"
 #include "tests/support/scratch_file.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/wav_files.h"
 
 namespace {
 
 using speech::test::Bytes;
 using speech::test::ByteWriter;
+using speech::test::PcmFile;
 using speech::test::readBytes;
 using speech::test::ScratchFile;
 using speech::test::TemporaryFolder;
@@ -99,16 +102,22 @@ TEST(WavHeader, AddsUpTheSizesOfItsWrites) {
   EXPECT_EQ(file.content().size(), 44u) << "the second header replaces the first";
 }
 
-TEST(WavHeader, RoundsDownWithinEachUpdate) {
-  WFHeader header;
-  LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatImaAdpcm, 1);
-  LXUTIL_Update_WFHeader(&header, 7);
-  LXUTIL_Update_WFHeader(&header, 7);
-  EXPECT_EQ(header.dataSize, 2u);
-  EXPECT_EQ(header.factSampleCount, 6u);
-}
+struct Update {
+  std::uint32_t code;
+  std::vector<std::int32_t> sizes;
+  std::uint32_t dataSize, factSampleCount;
+};
 
-TEST(WavHeader, HalvesDataUnderTheTagOfEightBitSamples) {
+TEST(WavHeader, RoundsWithinEachUpdateAndTakesSizesInTheWidthOfItsFields) {
+  for (const auto& [code, sizes, dataSize, factSampleCount] :
+       {Update{kWaveFormatImaAdpcm, {7, 7}, 2, 6}, Update{kWaveFormatGsm610, {-4}, 0x3FFFFFFF, 0xFFFFFFFE},
+        Update{kWaveFormatMuLaw, {2000, -1000}, 500, 500}}) {
+    WFHeader header;
+    LXUTIL_Initialize_WFHeader(&header, 8000, code, 1);
+    for (const std::int32_t size : sizes) LXUTIL_Update_WFHeader(&header, size);
+    EXPECT_EQ(header.dataSize, dataSize) << code;
+    EXPECT_EQ(header.factSampleCount, factSampleCount) << code;
+  }
   WFHeader header;
   LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatPcm8, 1);
   header.formatTag = kWaveFormatPcm8;  // no file of ours carries it, but a host may
@@ -116,36 +125,18 @@ TEST(WavHeader, HalvesDataUnderTheTagOfEightBitSamples) {
   EXPECT_EQ(header.dataSize, 1000u);
 }
 
-TEST(WavHeader, TakesNegativeSizesInTheWidthOfItsFields) {
-  WFHeader block, law;
-  LXUTIL_Initialize_WFHeader(&block, 8000, kWaveFormatGsm610, 1);
-  LXUTIL_Update_WFHeader(&block, -4);
-  EXPECT_EQ(block.dataSize, 0x3FFFFFFFu);
-  EXPECT_EQ(block.factSampleCount, 0xFFFFFFFEu);
-  LXUTIL_Initialize_WFHeader(&law, 8000, kWaveFormatMuLaw, 1);
-  LXUTIL_Update_WFHeader(&law, 2000);
-  LXUTIL_Update_WFHeader(&law, -1000);
-  EXPECT_EQ(law.dataSize, 500u);
-  EXPECT_EQ(law.factSampleCount, 500u);
-}
-
-TEST(WavHeader, KeepsTheLowSixteenBitsOfAnyChannelCount) {
+TEST(WavHeader, KeepsWhatItsFieldsCanHoldOfAnyChannelCountAndRate) {
+  WFHeader header;
   for (const std::uint32_t code : {1u, 2u, 6u, 17u, 32u, 49u, 153u}) {
-    WFHeader header;
     EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 8000, code, 0), 1);
     EXPECT_EQ(header.channels, 0);
     EXPECT_EQ(header.averageBytesPerSec, code == 49 ? 1625u : 0u);
     EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 8000, code, 0xFFFF0001), 1);
     EXPECT_EQ(header.channels, 1);
   }
-  WFHeader wide;
-  LXUTIL_Initialize_WFHeader(&wide, 2, kWaveFormatPcm16, 40000);
-  EXPECT_EQ(wide.blockAlign, 80000 - 65536);
-  EXPECT_EQ(wide.averageBytesPerSec, 2u * (80000 - 65536));
-}
-
-TEST(WavHeader, WrapsRatesThatItsFieldsCannotHold) {
-  WFHeader header;
+  LXUTIL_Initialize_WFHeader(&header, 2, kWaveFormatPcm16, 40000);
+  EXPECT_EQ(header.blockAlign, 80000 - 65536);
+  EXPECT_EQ(header.averageBytesPerSec, 2u * (80000 - 65536));
   LXUTIL_Initialize_WFHeader(&header, -1, kWaveFormatPcm16, 2);
   EXPECT_EQ(header.samplesPerSec, 0xFFFFFFFFu);
   EXPECT_EQ(header.averageBytesPerSec, static_cast<std::uint32_t>(-3)) << "-3.5, truncated";
@@ -174,11 +165,8 @@ TEST(WavHeader, ReversesItsNumbersOnABigEndianHost) {
 }
 
 TEST(WavHeaderReader, LeavesTheFileAtTheSamplesOfAPcmFile) {
-  const ScratchFile file;
-  WFHeader written, read;
-  LXUTIL_Initialize_WFHeader(&written, 22050, kWaveFormatPcm16, 2);
-  LXUTIL_Write_WFHeader(&written, 8, file.get());
-  std::fputs("samples!", file.get());
+  ScratchFile file(PcmFile{.channels = 2, .sampleRate = 22050, .data = Bytes(8, 's')}.bytes());
+  WFHeader read;
   EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &read), 1);
   EXPECT_EQ(std::ftell(file.get()), 44);
   EXPECT_EQ(read.formatTag, 1);
@@ -192,11 +180,9 @@ TEST(WavHeaderReader, LeavesTheFileAtTheSamplesOfAPcmFile) {
 }
 
 TEST(WavHeaderReader, TakesAnyChunkAfterTheFormatForTheData) {
-  const ScratchFile file;
-  ByteWriter content;
-  content.text("RIFF").u32(0).text("WAVEfmt ").u32(16).u16(1).u16(1).u32(8000).u32(16000).u16(2).u16(16);
-  content.text("LIST").u32(26);
-  std::fwrite(content.bytes.data(), 1, content.bytes.size(), file.get());
+  Bytes content = PcmFile{.dataSize = 26}.bytes();
+  std::copy_n("LIST", 4, content.begin() + 36);
+  const ScratchFile file(content);
   WFHeader header;
   EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &header), 1);
   EXPECT_EQ(std::string(header.dataId, 4), "LIST");
@@ -204,8 +190,7 @@ TEST(WavHeaderReader, TakesAnyChunkAfterTheFormatForTheData) {
 }
 
 TEST(WavHeaderReader, ReadsZerosWhereTheFileEnds) {
-  const ScratchFile file;
-  std::fputs("RIFF", file.get());
+  const ScratchFile file({'R', 'I', 'F', 'F'});
   WFHeader header;
   std::fill_n(reinterpret_cast<char*>(&header), sizeof header, '\x55');
   EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &header), 1);
@@ -213,27 +198,16 @@ TEST(WavHeaderReader, ReadsZerosWhereTheFileEnds) {
   EXPECT_EQ(header.dataSize, 0u);
 }
 
-TEST(WavHeaderMaker, WritesTheCanonicalHeader) {
+TEST(WavHeaderMaker, WritesTheCanonicalHeaderOfTwoChannelsAtMost) {
   const TemporaryFolder folder;
   const std::string path = folder.file("header.wav");
   writeBytes(path, Bytes(100, 1));
   EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 1000, 16000, 16, 1), 0);
-  ByteWriter expected;
-  expected.text("RIFF").u32(1036).text("WAVEfmt ").u32(16).u16(1).u16(1).u32(16000).u32(32000).u16(2).u16(16);
-  expected.text("data").u32(1000);
-  EXPECT_THAT(readBytes(path), ElementsAreArray(expected.bytes));
-}
-
-TEST(WavHeaderMaker, KnowsTwoChannelsAtMost) {
-  const TemporaryFolder folder;
-  const std::string path = folder.file("header.wav");
-  for (const auto& [channels, written] : {std::pair{1, 1}, {2, 2}, {5, 2}, {0, 0}, {-1, 0xFFFF}}) {
+  EXPECT_THAT(readBytes(path), ElementsAreArray(PcmFile{.sampleRate = 16000, .dataSize = 1000}.bytes()));
+  for (const auto& [channels, written] : {std::pair{2, 2u}, {5, 2u}, {0, 0u}, {-1, 0xFFFFu}}) {
     EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 0, 8000, 8, channels), 0);
-    const auto stored = static_cast<std::uint32_t>(written);
-    ByteWriter expected;
-    expected.text("RIFF").u32(36).text("WAVEfmt ").u32(16).u16(1).u16(stored).u32(8000).u32(8000 * stored);
-    expected.u16(stored).u16(8).text("data").u32(0);
-    EXPECT_THAT(readBytes(path), ElementsAreArray(expected.bytes)) << channels << " channels";
+    EXPECT_THAT(readBytes(path), ElementsAreArray(PcmFile{.channels = written, .bits = 8}.bytes()))
+        << channels;
   }
 }
 
