@@ -5,13 +5,17 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <numeric>
 #include <thread>
+#include <tuple>
 
 #include "tests/lxapi/session.h"
 #include "tests/support/binary_file.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/wav_files.h"
 
 namespace speech::test {
 namespace {
@@ -38,34 +42,16 @@ void expectSameSpeech(const std::vector<int16_t>& actual, const std::vector<int1
   EXPECT_NEAR(loudness(actual), loudness(expected), loudness(expected) / 20) << what;
 }
 
-/// The period at which the samples repeat themselves best, as a frequency: the pitch of the voice, averaged
-/// over what is loud enough to be a vowel.
+/// The pitch of the voice: the period at which the samples repeat themselves best.
 double pitchHz(const std::vector<int16_t>& samples) {
-  constexpr size_t kWindow = 1024;
-  constexpr size_t kShortestLag = kSampleRateHz / 400;
-  constexpr size_t kLongestLag = kSampleRateHz / 50;
-  const double average = loudness(samples);
-  std::vector<double> found;
-  for (size_t begin = 0; begin + kWindow + kLongestLag < samples.size(); begin += kWindow) {
-    const std::vector<int16_t> window(samples.begin() + static_cast<ptrdiff_t>(begin),
-                                      samples.begin() + static_cast<ptrdiff_t>(begin + kWindow));
-    if (loudness(window) < average) continue;
-    double best = 0;
-    size_t bestLag = kShortestLag;
-    for (size_t lag = kShortestLag; lag < kLongestLag; ++lag) {
-      double sum = 0;
-      for (size_t index = 0; index < kWindow; ++index)
-        sum += static_cast<double>(window[index] * samples[begin + index + lag]);
-      if (sum > best) {
-        best = sum;
-        bestLag = lag;
-      }
-    }
-    found.push_back(static_cast<double>(kSampleRateHz) / static_cast<double>(bestLag));
+  size_t bestLag = 1;
+  double best = 0;
+  for (size_t lag = kSampleRateHz / 250; lag < kSampleRateHz / 70; ++lag) {
+    const double sum = std::inner_product(samples.begin() + static_cast<ptrdiff_t>(lag), samples.end(),
+                                          samples.begin(), 0.0, std::plus<>(), std::multiplies<double>());
+    if (sum > best) std::tie(best, bestLag) = std::pair(sum, lag);
   }
-  if (found.empty()) return 0;
-  std::nth_element(found.begin(), found.begin() + static_cast<ptrdiff_t>(found.size() / 2), found.end());
-  return found[found.size() / 2];
+  return static_cast<double>(kSampleRateHz) / static_cast<double>(bestLag);
 }
 
 TEST(Buffer, HoldsTheWholeText) {
@@ -76,17 +62,8 @@ TEST(Buffer, HoldsTheWholeText) {
   EXPECT_GT(loudness(first), 1000);
   EXPECT_LT(peak(first), 32767);
   expectSameSpeech(session.samples(kSentence), first);
-}
-
-TEST(Buffer, EmptyTextHasNoSamples) {
-  const Session session;
-  for (const char* const text : {"", " ", "\n\n"}) {
-    ASSERT_EQ(LXAPI_BufferOpen(session.tts, text, -1, LX_SPEAK_ASYNC, 0), LX_OK);
-    void* buffer = &buffer;
-    EXPECT_LT(LXAPI_GetBuffer(session.tts, &buffer), kSampleRateHz);
-    EXPECT_EQ(LXAPI_FreeBuffer(buffer), LX_OK);
-    EXPECT_EQ(LXAPI_BufferClose(session.tts), LX_OK);
-  }
+  const Session female("English (America)", "Female");
+  EXPECT_GT(pitchHz(female.samples(kSentence)), pitchHz(first) * 1.1);
 }
 
 TEST(Buffer, CallsOutOfOrderAreAnswered) {
@@ -107,18 +84,10 @@ TEST(Buffer, CallsOutOfOrderAreAnswered) {
 TEST(Text, LengthCountsBytesAndAZeroByteEndsIt) {
   const Session session;
   const std::vector<int16_t> one = session.samples("one");
-  const auto rendered = [&](const char* text, int32_t length) {
-    void* buffer = nullptr;
-    EXPECT_EQ(LXAPI_BufferOpen(session.tts, text, length, 2, 0), LX_OK);
-    const int32_t byteCount = LXAPI_GetBuffer(session.tts, &buffer);
-    const auto* const first = static_cast<const int16_t*>(buffer);
-    std::vector<int16_t> samples(first, first + byteCount / 2);
-    LXAPI_FreeBuffer(buffer);
-    return samples;
-  };
-  expectSameSpeech(rendered("one two three", 3), one);
-  expectSameSpeech(rendered("one", INT32_MAX), one);
-  EXPECT_TRUE(rendered("one", 0).empty());
+  expectSameSpeech(session.samples("one two three", 2, 3), one);
+  expectSameSpeech(session.samples("one", 2, INT32_MAX), one);
+  for (const char* const nothing : {"", " ", "\n\n"}) EXPECT_LT(milliseconds(session.samples(nothing)), 500);
+  EXPECT_TRUE(session.samples("one", 2, 0).empty());
 }
 
 TEST(Text, MalformedUtf8IsRefused) {
@@ -176,8 +145,7 @@ TEST(Attributes, SpeedPitchAndVolumeChangeWhatIsHeard) {
   EXPECT_EQ(peak(with(LX_ATTR_VOLUME, 0)), 0);
   const std::vector<int16_t> loud = with(LX_ATTR_VOLUME, 200);
   EXPECT_GT(loudness(loud), loudness(normal) * 1.4);
-  EXPECT_EQ(std::count_if(loud.begin(), loud.end(), [](int16_t sample) { return std::abs(sample) >= 32767; }),
-            0);
+  EXPECT_LT(peak(loud), 32767);
 }
 
 TEST(Attributes, PausesHaveTheLengthThatWasSet) {
@@ -194,25 +162,6 @@ TEST(Attributes, PausesHaveTheLengthThatWasSet) {
   EXPECT_NEAR(lengthWith(99'999, 0) - none, 10'000, 20) << "brought into range";
 }
 
-TEST(Attributes, VarietiesAndLanguagesSoundDifferent) {
-  std::vector<int16_t> male;
-  {
-    const Session session("English (America)", "Male");
-    male = session.samples(kSentence);
-  }
-  const Session session("English (America)", "Female");
-  EXPECT_NE(session.samples(kSentence), male);
-}
-
-// Long text crosses many pieces: the sound is what one sentence after another gives.
-TEST(Text, LongTextHasTheLengthOfItsSentences) {
-  const Session session;
-  std::string text;
-  for (int index = 0; index < 40; ++index) text += kSentence + " ";
-  const int32_t one = milliseconds(session.samples(kSentence));
-  EXPECT_NEAR(milliseconds(session.samples(text)), 40 * one + 39 * 350, 40 * 200);
-}
-
 class File : public testing::Test {
  protected:
   int32_t write(const std::string& name, int32_t code) {
@@ -227,76 +176,57 @@ class File : public testing::Test {
   std::filesystem::path path;
 };
 
-uint32_t numberAt(const Bytes& bytes, size_t position, int size) {
-  uint32_t value = 0;
-  for (int index = size - 1; index >= 0; --index)
-    value = value << 8 | bytes.at(position + static_cast<size_t>(index));
-  return value;
-}
-
-std::string textAt(const Bytes& bytes, size_t position) {
-  return {bytes.begin() + position, bytes.begin() + position + 4};
-}
-
 std::vector<int16_t> samplesOf(const Bytes& bytes, size_t from) {
   std::vector<int16_t> samples((bytes.size() - from) / 2);
-  for (size_t index = 0; index < samples.size(); ++index) {
-    samples[index] = static_cast<int16_t>(numberAt(bytes, from + index * 2, 2));
-  }
+  std::memcpy(samples.data(), bytes.data() + from, samples.size() * 2);
   return samples;
 }
 
-TEST_F(File, RawFilesHoldSamplesAndNothingElse) {
+TEST_F(File, PcmIsThereWithoutAndWithItsHeader) {
+  const std::vector<int16_t> samples = session.samples(kSentence);
   ASSERT_EQ(write("raw.pcm", LX_FILE_PCM), LX_OK);
-  const Bytes raw = readBytes(path);
-  EXPECT_EQ(raw.size() % 2, 0U);
-  expectSameSpeech(samplesOf(raw, 0), session.samples(kSentence));
-}
-
-TEST_F(File, WavFilesTellWhatTheyHold) {
+  expectSameSpeech(samplesOf(readBytes(path), 0), samples);
   ASSERT_EQ(write("speech.wav", LX_FILE_WAV), LX_OK);
   const Bytes wav = readBytes(path);
-  EXPECT_EQ(textAt(wav, 0) + textAt(wav, 8) + textAt(wav, 36), "RIFFWAVEdata");
-  EXPECT_EQ(numberAt(wav, 4, 4), wav.size() - 8);
-  EXPECT_EQ(numberAt(wav, 20, 2), 1U);
-  EXPECT_EQ(numberAt(wav, 22, 2), 1U);
-  EXPECT_EQ(numberAt(wav, 24, 4), 22050U);
-  EXPECT_EQ(numberAt(wav, 34, 2), 16U);
-  EXPECT_EQ(numberAt(wav, 40, 4), wav.size() - 44);
-  expectSameSpeech(samplesOf(wav, 44), session.samples(kSentence));
+  EXPECT_EQ(wav, (PcmFile{.sampleRate = 22050, .data = {wav.begin() + 44, wav.end()}}.bytes()));
+  expectSameSpeech(samplesOf(wav, 44), samples);
 }
 
 TEST_F(File, CompandedFilesHoldOneCodeForEachSample) {
-  const std::vector<int16_t> samples = session.samples(kSentence);
-  for (const auto& [code, tag] : {std::tuple(LX_FILE_ALAW, 6U), std::tuple(LX_FILE_MULAW, 7U)}) {
+  const double sampleCount = static_cast<double>(session.samples(kSentence).size());
+  for (const auto& [code, tag] : {std::pair(LX_FILE_ALAW, 6U), {LX_FILE_MULAW, 7U}}) {
     ASSERT_EQ(write("companded.wav", code), LX_OK);
     const Bytes wav = readBytes(path);
-    EXPECT_EQ(numberAt(wav, 20, 2), tag);
-    EXPECT_EQ(numberAt(wav, 24, 4), 22050U);
-    EXPECT_EQ(numberAt(wav, 34, 2), 8U);
-    const Bytes data{'d', 'a', 't', 'a'};
-    const auto header = std::search(wav.begin(), wav.end(), data.begin(), data.end());
-    const auto position = static_cast<size_t>(header - wav.begin());
-    ASSERT_LT(position, 100U);
-    EXPECT_EQ(numberAt(wav, position + 4, 4), wav.size() - position - 8);
-    EXPECT_NEAR(static_cast<double>(wav.size()), static_cast<double>(samples.size()),
-                static_cast<double>(samples.size()) / 100);
+    const auto size = static_cast<uint32_t>(wav.size()) - 58;
+    ByteWriter header;
+    header.text("RIFF")
+        .u32(size + 50)
+        .text("WAVEfmt ")
+        .u32(18)
+        .u16(tag)
+        .u16(1)
+        .u32(22050)
+        .u32(22050)
+        .u16(1)
+        .u16(8);
+    header.u16(0).text("fact").u32(4).u32(size).text("data").u32(size);
+    EXPECT_EQ(Bytes(wav.begin(), wav.begin() + 58), header.bytes);
+    EXPECT_NEAR(size, sampleCount, sampleCount / 100);
     // Both laws put the sign into the highest bit; speech is about as often above zero as below.
     const auto positive =
-        std::count_if(wav.begin() + 100, wav.end(), [](uint8_t byte) { return byte >= 0x80; });
-    EXPECT_NEAR(static_cast<double>(positive), static_cast<double>(wav.size()) / 2,
-                static_cast<double>(wav.size()) / 4);
+        std::count_if(wav.begin() + 58, wav.end(), [](uint8_t byte) { return byte >= 0x80; });
+    EXPECT_NEAR(static_cast<double>(positive), size / 2.0, size / 4.0);
   }
 }
 
 TEST_F(File, OtherCodesAreRefusedAndTouchNoFile) {
+  writeBytes(folder.path() / "kept.bin", {1, 2, 3});
   for (const int32_t code : {-1, 1, 2, 3, 4, 8, 9, 255}) {
     EXPECT_EQ(write("refused.bin", code), LX_ERROR_UNSUPPORTED) << code;
     EXPECT_FALSE(std::filesystem::exists(path)) << code;
+    EXPECT_EQ(write("kept.bin", code), LX_ERROR_UNSUPPORTED) << code;
+    EXPECT_EQ(readBytes(path), (Bytes{1, 2, 3}));
   }
-  writeBytes(folder.path() / "kept.bin", {1, 2, 3});
-  EXPECT_EQ(write("kept.bin", LX_FILE_CODE_3), LX_ERROR_UNSUPPORTED);
-  EXPECT_EQ(readBytes(path), (Bytes{1, 2, 3}));
 }
 
 TEST_F(File, APathThatCannotBeWrittenIsAnError) {
@@ -324,29 +254,16 @@ TEST_F(File, StoppingEndsALongRenderingAndLeavesNoFile) {
 
 // The synthesizer has one state for the whole process.
 TEST(Concurrency, HandlesRenderAtTheSameTimeWithoutMixing) {
-  const Session session;
-  const uint32_t french = LXAPI_GetEngine("French (France)", "Female");
-  ASSERT_EQ(LXAPI_LoadEngine(french), LX_OK);
-  const uint32_t other = LXAPI_CreateHandle();
-  ASSERT_EQ(LXAPI_SetEngineHandle(other, french), LX_OK);
-  LXAPI_SetAttr(other, LX_ATTR_SPEED, 150);
-  const std::string text = kSentence + " " + kSentence + " " + kSentence + " " + kSentence + " " + kSentence +
-                           " " + kSentence + " " + kSentence + " " + kSentence + " " + kSentence;
-  const auto render = [&](uint32_t tts) {
-    void* buffer = nullptr;
-    EXPECT_EQ(LXAPI_BufferOpen(tts, text.c_str(), -1, 2, 0), LX_OK);
-    const int32_t byteCount = LXAPI_GetBuffer(tts, &buffer);
-    const auto* const first = static_cast<const int16_t*>(buffer);
-    std::vector<int16_t> samples(first, first + byteCount / 2);
-    LXAPI_FreeBuffer(buffer);
-    return samples;
-  };
-  const std::vector<int16_t> english = render(session.tts);
-  const std::vector<int16_t> frenchSamples = render(other);
+  const Session english;
+  Session french("French (France)", "Female");
+  LXAPI_SetAttr(french.tts, LX_ATTR_SPEED, 150);
+  std::string text;
+  for (int index = 0; index < 9; ++index) text += kSentence + " ";
+  const std::vector<int16_t> englishSamples = english.samples(text), frenchSamples = french.samples(text);
   std::thread thread([&] {
-    for (int round = 0; round < 10; ++round) expectSameSpeech(render(other), frenchSamples);
+    for (int round = 0; round < 10; ++round) expectSameSpeech(french.samples(text), frenchSamples);
   });
-  for (int round = 0; round < 10; ++round) expectSameSpeech(render(session.tts), english);
+  for (int round = 0; round < 10; ++round) expectSameSpeech(english.samples(text), englishSamples);
   thread.join();
 }
 

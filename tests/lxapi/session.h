@@ -3,6 +3,7 @@
 // A host of the engine library for tests: the started library, a loaded engine and a handle bound to it, and
 // a record of the events.
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -53,23 +54,18 @@ class EventRecord {
   }
 
   size_t count(int32_t number) const {
-    const std::lock_guard guard(mutex_);
-    return countLocked(number);
+    return static_cast<size_t>(std::ranges::count(events(), number, &Event::number));
   }
 
   /// Waits until `wanted` events of the kind have come; false when they do not come in a long time.
   bool waitFor(int32_t number, size_t wanted = 1) {
     std::unique_lock guard(mutex_);
-    return changed_.wait_for(guard, std::chrono::seconds(60), [&] { return countLocked(number) >= wanted; });
+    return changed_.wait_for(guard, std::chrono::seconds(60), [&] {
+      return std::ranges::count(events_, number, &Event::number) >= static_cast<ptrdiff_t>(wanted);
+    });
   }
 
  private:
-  size_t countLocked(int32_t number) const {
-    size_t result = 0;
-    for (const Event& event : events_) result += event.number == number ? 1 : 0;
-    return result;
-  }
-
   void keep(const Event& event) {
     std::function<void(const Event&)> reaction;
     {
@@ -109,9 +105,9 @@ class Session {
   }
 
   /// The samples of a text, empty when it is refused.
-  std::vector<int16_t> samples(const std::string& text, int32_t flags = LX_SPEAK_ASYNC) const {
-    LXAPI_SetOutputBuffer(tts, 0);
-    if (LXAPI_BufferOpen(tts, text.c_str(), -1, flags, 0) != LX_OK) return {};
+  std::vector<int16_t> samples(const std::string& text, int32_t flags = LX_SPEAK_ASYNC,
+                               int32_t length = -1) const {
+    if (LXAPI_BufferOpen(tts, text.c_str(), length, flags, 0) != LX_OK) return {};
     void* buffer = nullptr;
     const int32_t byteCount = LXAPI_GetBuffer(tts, &buffer);
     const auto* const first = static_cast<const int16_t*>(buffer);

@@ -1,71 +1,62 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include "tests/lxapi/session.h"
 
 namespace speech::test {
 namespace {
 
-const LXAUDIOOUT kDefaultDevice{1, 16, kSampleRateHz, -1};
+void* buffer;
+LXTTSINFO info;
+int32_t number;
 
-struct Call {
+#define CALL(function, ...)                                                                \
+  {                                                                                        \
+#function, [](uint32_t handle) { return function(handle __VA_OPT__(, ) __VA_ARGS__); } \
+  }
+
+constexpr struct Call {
   const char* name;
-  std::function<int32_t(uint32_t)> call;
-};
-
-const Call kSynthesisCalls[] = {
-    {"LXAPI_SetAttr", [](uint32_t tts) { return LXAPI_SetAttr(tts, LX_ATTR_SPEED, 100); }},
-    {"LXAPI_SetOutputAudio", [](uint32_t tts) { return LXAPI_SetOutputAudio(tts, kDefaultDevice); }},
-    {"LXAPI_SetEvent", [](uint32_t tts) { return LXAPI_SetEvent(tts, EventRecord::procedure, 63); }},
-    {"LXAPI_Speak", [](uint32_t tts) { return LXAPI_Speak(tts, "a", -1, 2); }},
-    {"LXAPI_SynthesizeAsync", [](uint32_t tts) { return LXAPI_SynthesizeAsync(tts, "a", -1, 2, -1); }},
-    {"LXAPI_Stop", [](uint32_t tts) { return LXAPI_Stop(tts); }},
-    {"LXAPI_Pause", [](uint32_t tts) { return LXAPI_Pause(tts); }},
-    {"LXAPI_Resume", [](uint32_t tts) { return LXAPI_Resume(tts); }},
-    {"LXAPI_SetOutputFile", [](uint32_t tts) { return LXAPI_SetOutputFile(tts, "x.wav", LX_FILE_WAV); }},
-    {"LXAPI_TextToFile", [](uint32_t tts) { return LXAPI_TextToFile(tts, "a", -1, 2); }},
-    {"LXAPI_SetOutputBuffer", [](uint32_t tts) { return LXAPI_SetOutputBuffer(tts, 0); }},
-    {"LXAPI_BufferOpen", [](uint32_t tts) { return LXAPI_BufferOpen(tts, "a", -1, 2, 0); }},
-    {"LXAPI_GetBuffer",
-     [](uint32_t tts) {
-       void* buffer = nullptr;
-       return LXAPI_GetBuffer(tts, &buffer);
-     }},
-    {"LXAPI_BufferClose", [](uint32_t tts) { return LXAPI_BufferClose(tts); }},
-    {"LXAPI_SetLexiconHandle", [](uint32_t tts) { return LXAPI_SetLexiconHandle(tts, 0); }},
-    {"LXAPI_SetEngineHandle", [](uint32_t tts) { return LXAPI_SetEngineHandle(tts, 1); }},
-};
-
-const Call kEngineCalls[] = {
-    {"LXAPI_LoadEngine", [](uint32_t engine) { return LXAPI_LoadEngine(engine); }},
-    {"LXAPI_UnloadEngine", [](uint32_t engine) { return LXAPI_UnloadEngine(engine); }},
-    {"LXAPI_SetEngineAttr",
-     [](uint32_t engine) { return LXAPI_SetEngineAttr(engine, LX_ATTR_COMMA_PAUSE, 1); }},
-    {"LXAPI_GetTTSInfo",
-     [](uint32_t engine) {
-       LXTTSINFO info;
-       return LXAPI_GetTTSInfo(engine, &info);
-     }},
-    {"LXAPI_LoadUserDict", [](uint32_t engine) { return LXAPI_LoadUserDict(engine, 0, "x.csv"); }},
-    {"LXAPI_UnloadUserDict", [](uint32_t engine) { return LXAPI_UnloadUserDict(engine, 0); }},
-    {"LXAPI_CallEngineInternal",
-     [](uint32_t engine) {
-       int32_t result = 0;
-       return LXAPI_CallEngineInternal(engine, "LX_GetTTSInfo", &result, nullptr, nullptr, 1, 14);
-     }},
+  int32_t (*call)(uint32_t handle);
+} kSynthesisCalls[] =
+    {
+        CALL(LXAPI_SetAttr, LX_ATTR_SPEED, 100),
+        CALL(LXAPI_SetOutputAudio, LXAUDIOOUT{1, 16, kSampleRateHz, -1}),
+        CALL(LXAPI_SetEvent, EventRecord::procedure, 63),
+        CALL(LXAPI_Speak, "a", -1, 2),
+        CALL(LXAPI_SynthesizeAsync, "a", -1, 2, -1),
+        CALL(LXAPI_Stop),
+        CALL(LXAPI_Pause),
+        CALL(LXAPI_Resume),
+        CALL(LXAPI_SetOutputFile, "x.wav", LX_FILE_WAV),
+        CALL(LXAPI_TextToFile, "a", -1, 2),
+        CALL(LXAPI_SetOutputBuffer, 0),
+        CALL(LXAPI_BufferOpen, "a", -1, 2, 0),
+        CALL(LXAPI_GetBuffer, &buffer),
+        CALL(LXAPI_BufferClose),
+        CALL(LXAPI_SetLexiconHandle, 0),
+        CALL(LXAPI_SetEngineHandle, 1),
+},
+  kEngineCalls[] = {
+      CALL(LXAPI_LoadEngine),
+      CALL(LXAPI_UnloadEngine),
+      CALL(LXAPI_SetEngineAttr, LX_ATTR_COMMA_PAUSE, 1),
+      CALL(LXAPI_GetTTSInfo, &info),
+      CALL(LXAPI_LoadUserDict, 0, "x.csv"),
+      CALL(LXAPI_UnloadUserDict, 0),
+      CALL(LXAPI_CallEngineInternal, "LX_GetTTSInfo", &number, nullptr, nullptr, 1, 14),
 };
 
 TEST(WrongHandles, EveryFunctionAnswersWithAnError) {
   const Session session;
-  for (const Call& call : kSynthesisCalls) {
-    for (const uint32_t wrong : {0U, session.engine, session.tts + 1000, UINT32_MAX}) {
-      EXPECT_EQ(call.call(wrong), LX_ERROR_BAD_HANDLE) << call.name << " of " << wrong;
+  const uint32_t never = session.tts + 1000;
+  for (const auto& [name, call] : kSynthesisCalls) {
+    for (const uint32_t wrong : {0U, session.engine, never, UINT32_MAX}) {
+      EXPECT_EQ(call(wrong), LX_ERROR_BAD_HANDLE) << name << " of " << wrong;
     }
   }
-  for (const Call& call : kEngineCalls) {
-    for (const uint32_t wrong : {0U, session.tts, session.tts + 1000, UINT32_MAX}) {
-      EXPECT_EQ(call.call(wrong), LX_ERROR_BAD_HANDLE) << call.name << " of " << wrong;
+  for (const auto& [name, call] : kEngineCalls) {
+    for (const uint32_t wrong : {0U, session.tts, never, UINT32_MAX}) {
+      EXPECT_EQ(call(wrong), LX_ERROR_BAD_HANDLE) << name << " of " << wrong;
     }
   }
   EXPECT_EQ(LXAPI_SetEngineHandle(session.tts, session.tts), LX_ERROR_BAD_HANDLE);
@@ -99,27 +90,21 @@ TEST(WrongArguments, NullPointersAndNumbersOutOfRangeAreRefused) {
   const uint32_t tts = session.tts;
   EXPECT_EQ(LXAPI_GetEngine(nullptr, "Male"), 0U);
   EXPECT_EQ(LXAPI_GetEngine("English (America)", nullptr), 0U);
-  EXPECT_EQ(LXAPI_GetTTSInfo(session.engine, nullptr), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_Speak(tts, nullptr, -1, 2), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_BufferOpen(tts, nullptr, 5, 2, 0), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_BufferOpen(tts, "abc", -2, 2, 0), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_BufferOpen(tts, "abc", INT32_MIN, 2, 0), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_SetOutputFile(tts, nullptr, LX_FILE_WAV), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_SetOutputFile(tts, "", LX_FILE_WAV), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_SetOutputBuffer(tts, 1), LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_CallEngineInternal(session.engine, nullptr, nullptr, nullptr, nullptr, 0),
-            LX_ERROR_BAD_ARGUMENT);
-  EXPECT_EQ(LXAPI_CallEngineInternal(session.engine, "LX_GetTTSInfo", nullptr, nullptr, nullptr, 1, 14),
-            LX_ERROR_BAD_ARGUMENT);
   int32_t untouched = 77;
-  for (const int32_t count : {-1, 0, 1'000'000}) {
-    EXPECT_EQ(LXAPI_CallEngineInternal(session.engine, "LX_GetTTSInfo", &untouched, nullptr, nullptr, count),
-              LX_ERROR_BAD_ARGUMENT);
+  const auto ask = [&](const char* name, int32_t count, int32_t which = 0, int32_t* result = nullptr) {
+    return LXAPI_CallEngineInternal(session.engine, name, result, nullptr, nullptr, count, which);
+  };
+  for (const int32_t answer :
+       {LXAPI_GetTTSInfo(session.engine, nullptr), LXAPI_Speak(tts, nullptr, -1, 2),
+        LXAPI_BufferOpen(tts, nullptr, 5, 2, 0), LXAPI_BufferOpen(tts, "abc", -2, 2, 0),
+        LXAPI_BufferOpen(tts, "abc", INT32_MIN, 2, 0), LXAPI_SetOutputFile(tts, nullptr, LX_FILE_WAV),
+        LXAPI_SetOutputFile(tts, "", LX_FILE_WAV), LXAPI_SetOutputBuffer(tts, 1), ask(nullptr, 0),
+        ask("LX_GetTTSInfo", 1, 14), ask("LX_GetTTSInfo", -1, 14, &untouched),
+        ask("LX_GetTTSInfo", 0, 14, &untouched), ask("LX_GetTTSInfo", 1'000'000, 14, &untouched)}) {
+    EXPECT_EQ(answer, LX_ERROR_BAD_ARGUMENT);
   }
-  EXPECT_EQ(LXAPI_CallEngineInternal(session.engine, "LX_NoSuchThing", &untouched, nullptr, nullptr, 0),
-            LX_ERROR_UNKNOWN_ATTRIBUTE);
-  EXPECT_EQ(LXAPI_CallEngineInternal(session.engine, "LX_GetTTSInfo", &untouched, nullptr, nullptr, 1, 9999),
-            LX_ERROR_UNKNOWN_ATTRIBUTE);
+  EXPECT_EQ(ask("LX_NoSuchThing", 0, 0, &untouched), LX_ERROR_UNKNOWN_ATTRIBUTE);
+  EXPECT_EQ(ask("LX_GetTTSInfo", 1, 9999, &untouched), LX_ERROR_UNKNOWN_ATTRIBUTE);
   EXPECT_EQ(untouched, 77);
 }
 

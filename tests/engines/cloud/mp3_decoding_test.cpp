@@ -2,10 +2,12 @@
 
 #include <cmath>
 #include <cstring>
+#include <regex>
 
 #include "engines/cloud/decoder.h"
 #include "engines/cloud/reference_comparison.h"
 #include "engines/cloud/temporary_names.h"
+#include "tests/engines/cloud/wav_bytes.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
 #include "win32/file.h"
@@ -19,13 +21,6 @@ std::vector<std::int16_t> toSamples(std::string_view bytes) {
   std::vector<std::int16_t> samples(bytes.size() / sizeof(std::int16_t));
   std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(std::int16_t));
   return samples;
-}
-
-std::uint32_t number(std::string_view bytes, std::size_t offset, int byteCount) {
-  std::uint32_t value = 0;
-  for (int i = byteCount; i-- > 0;)
-    value = value << 8 | static_cast<unsigned char>(bytes[offset + static_cast<std::size_t>(i)]);
-  return value;
 }
 
 /// How close `decoded` comes to `expected` when its first `skipped` samples are left out, in decibels.
@@ -62,54 +57,31 @@ class Mp3Decoding : public testing::Test {
   test::TemporaryFolder folder_;
 };
 
-struct Sample {
-  const char* name;
-  int channels;
-  int rateHz;
-};
-
-class Mp3Kind : public Mp3Decoding, public testing::WithParamInterface<Sample> {};
-
-TEST_P(Mp3Kind, DecodesAsAnotherDecoderDoes) {
-  const auto [name, channels, rateHz] = GetParam();
-  const std::string wav = decode(sample(name));
-  const auto expected = toSamples(test::readFile(kSamples / (std::string(name) + ".raw")));
-  const auto decoded = toSamples(std::string_view(wav).substr(44));
-  ASSERT_GT(expected.size(), static_cast<std::size_t>(rateHz * channels));
-  ASSERT_GE(decoded.size(), expected.size());
-
-  // The other decoder leaves out the frame that only says how many frames there are.
-  const std::size_t extra = decoded.size() - expected.size();
-  ASSERT_LE(extra, static_cast<std::size_t>(1152 * channels));
-  const double decibels = closeness(expected, decoded, extra);
-  RecordProperty("decibels", std::to_string(decibels));
-  EXPECT_GT(decibels, 90) << extra;
+TEST_F(Mp3Decoding, DecodesEveryKindAsAnotherDecoderDoes) {
+  struct Kind {
+    const char* name;
+    int channels, rateHz;
+  };
+  for (const auto& [name, channels, rateHz] :
+       {Kind{"mpeg1_stereo_constant", 2, 44100}, Kind{"mpeg1_mono_variable", 1, 48000},
+        Kind{"mpeg1_stereo_variable", 2, 32000}, Kind{"mpeg2_mono_constant", 1, 22050},
+        Kind{"mpeg2_stereo_variable", 2, 24000}, Kind{"mpeg2_mono_variable", 1, 16000},
+        Kind{"mpeg25_mono_constant", 1, 8000}, Kind{"mpeg25_stereo_constant", 2, 11025},
+        Kind{"mpeg25_mono_variable", 1, 12000}}) {
+    SCOPED_TRACE(name);
+    const std::string wav = decode(sample(name));
+    ASSERT_GE(wav.size(), 44u);
+    EXPECT_EQ(wav, test::wavFile(test::pcmFormat(channels, rateHz, 16), wav.substr(44))) << "the header";
+    const auto expected = toSamples(test::readFile(kSamples / (std::string(name) + ".raw")));
+    const auto decoded = toSamples(std::string_view(wav).substr(44));
+    ASSERT_GT(expected.size(), static_cast<std::size_t>(rateHz * channels));
+    ASSERT_GE(decoded.size(), expected.size());
+    // The other decoder leaves out the frame that only says how many frames there are.
+    const std::size_t extra = decoded.size() - expected.size();
+    ASSERT_LE(extra, static_cast<std::size_t>(1152 * channels));
+    EXPECT_GT(closeness(expected, decoded, extra), 90) << extra;
+  }
 }
-
-TEST_P(Mp3Kind, WritesTheWholeHeader) {
-  const auto [name, channels, rateHz] = GetParam();
-  const std::string wav = decode(sample(name));
-  const auto dataBytes = static_cast<std::uint32_t>(wav.size()) - 44;
-  EXPECT_EQ(wav.substr(0, 4) + wav.substr(8, 8) + wav.substr(36, 4), "RIFFWAVEfmt data");
-  EXPECT_EQ(number(wav, 4, 4), dataBytes + 36);
-  EXPECT_EQ(number(wav, 16, 4), 16u);
-  EXPECT_EQ(number(wav, 20, 2), 1u);
-  EXPECT_EQ(number(wav, 22, 2), static_cast<std::uint32_t>(channels));
-  EXPECT_EQ(number(wav, 24, 4), static_cast<std::uint32_t>(rateHz));
-  EXPECT_EQ(number(wav, 28, 4), static_cast<std::uint32_t>(rateHz * channels * 2));
-  EXPECT_EQ(number(wav, 32, 2), static_cast<std::uint32_t>(channels * 2));
-  EXPECT_EQ(number(wav, 34, 2), 16u);
-  EXPECT_EQ(number(wav, 40, 4), dataBytes);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , Mp3Kind,
-    testing::Values(Sample{"mpeg1_stereo_constant", 2, 44100}, Sample{"mpeg1_mono_variable", 1, 48000},
-                    Sample{"mpeg1_stereo_variable", 2, 32000}, Sample{"mpeg2_mono_constant", 1, 22050},
-                    Sample{"mpeg2_stereo_variable", 2, 24000}, Sample{"mpeg2_mono_variable", 1, 16000},
-                    Sample{"mpeg25_mono_constant", 1, 8000}, Sample{"mpeg25_stereo_constant", 2, 11025},
-                    Sample{"mpeg25_mono_variable", 1, 12000}),
-    [](const auto& instance) { return instance.param.name; });
 
 TEST_F(Mp3Decoding, SkipsTagsInFrontAndBehind) {
   const std::string mp3 = sample("mpeg2_mono_constant");
@@ -135,21 +107,10 @@ TEST_F(Mp3Decoding, GivesAWavFileWithoutSamplesForWhatIsNoMp3) {
   for (const std::string& content : {std::string(), std::string("x"), garbage, std::string(5000, '\xFF')}) {
     const std::string wav = decode(content);
     ASSERT_EQ(wav.size(), 44u);
-    EXPECT_EQ(number(wav, 40, 4), 0u);
+    EXPECT_EQ(wav.substr(40), std::string(4, '\0'));
   }
   EXPECT_EQ(decodeFile((folder_ / L"missing.mp3").c_str()).size(), 44u);
   EXPECT_EQ(decodeFile(folder_.path().c_str()).size(), 44u);
-}
-
-TEST_F(Mp3Decoding, AnUnreadableFileLoadsAsAnEmptyPayload) {
-  CDecoder decoder;
-  const CStringW output = CDecoder::decodeMp3ToWav((folder_ / L"missing.mp3").c_str());
-  EXPECT_EQ(decoder.openWav(output), CDecoder::kOpened);
-  EXPECT_EQ(decoder.payloadSize(), 0u);
-  DeleteFileW(output);
-}
-
-TEST_F(Mp3Decoding, AnswersANullPathWithAnEmptyOne) {
   EXPECT_TRUE(CDecoder::decodeMp3ToWav(nullptr).IsEmpty());
 }
 
@@ -163,7 +124,7 @@ TEST_F(Mp3Decoding, SurvivesDamagedFiles) {
       damaged[random() % damaged.size()] = static_cast<char>(random());
     const std::string wav = decode(damaged);
     ASSERT_GE(wav.size(), 44u);
-    ASSERT_EQ(number(wav, 40, 4), wav.size() - 44);
+    ASSERT_EQ(wav.substr(40, 4), test::littleEndian(static_cast<std::uint32_t>(wav.size()) - 44, 4));
   }
 }
 
@@ -204,14 +165,7 @@ TEST(ReferenceComparisonDeathTest, EndsTheProcessBelow96Decibels) {
 
 TEST(TemporaryNames, AreFreshGuidsInTheTemporaryFolder) {
   const std::wstring name = makeGuidName().GetString();
-  ASSERT_EQ(name.size(), 36u);
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    if (i == 8 || i == 13 || i == 18 || i == 23) {
-      EXPECT_EQ(name[i], L'-');
-    } else {
-      EXPECT_NE(std::wstring(L"0123456789ABCDEF").find(name[i]), std::wstring::npos);
-    }
-  }
+  EXPECT_TRUE(std::regex_match(name, std::wregex(L"[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
   EXPECT_NE(name, makeGuidName().GetString());
   const std::wstring folder = getTempFolder().GetString();
   EXPECT_EQ(folder.back(), L'\\');

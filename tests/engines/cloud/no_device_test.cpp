@@ -9,26 +9,21 @@
 namespace speech {
 namespace {
 
-TEST(WavePlayerWithoutADevice, RefusesToOpenAndToPlay) {
-  test::HostWindow host;
-  test::TemporaryFolder folder;
-  g_hostWindow = host.handle();
-  g_noticeMessage = test::HostWindow::kNoticeMessage;
-  test::writeFile(folder / L"sound.wav", test::wavFile(test::murmur(8000, 0.1), 8000));
+using WithoutADevice = test::CloudEngineTest;
 
+TEST_F(WithoutADevice, ThePlayerRefusesToOpenAndToPlay) {
+  test::writeFile(output(), test::wavFile(test::murmur(8000), 8000));
   WavePlayer player;
   EXPECT_EQ(player.openDevice(), WavePlayer::kNoDevice);
   EXPECT_EQ(player.openDevice(), WavePlayer::kNoDevice);
-  EXPECT_FALSE(player.playFile((folder / L"sound.wav").c_str()));
+  EXPECT_FALSE(player.playFile(output().c_str()));
   player.pause();
   player.resume();
   player.stop();
-  EXPECT_THAT(host.takeNotices(), testing::IsEmpty());
+  EXPECT_THAT(host_.takeNotices(), testing::IsEmpty());
 }
 
-using CloudEngineWithoutADevice = test::CloudEngineTest;
-
-TEST_F(CloudEngineWithoutADevice, RefusesToSpeakWithoutANotice) {
+TEST_F(WithoutADevice, TheEngineRefusesToSpeakWithoutANotice) {
   const test::FaultyService service;
   Skyvo engine(&voice_, service.url());
   EXPECT_FALSE(engine.speak(L"text", false));

@@ -15,15 +15,12 @@ namespace {
 
 /// The stand-in's state.
 struct Transfer {
-  std::vector<std::string> calls;
-  std::map<int, void*> pointers;
-  std::string endpoint;
-  std::string form;
   bool handleIsMissing = false;
-  CURLcode result = CURLE_OK;
-  std::string errorText;
-  std::vector<std::string> headerLines;
-  std::vector<std::string> bodyPieces;
+  std::vector<std::string> headerLines = {};
+  std::vector<std::string> bodyPieces = {};
+  std::vector<std::string> calls = {};
+  std::map<int, void*> pointers = {};
+  std::string endpoint = {}, form = {};
 };
 Transfer* g_transfer;
 
@@ -74,9 +71,7 @@ CURLcode curl_easy_perform(CURL*) {
   g_transfer->form = static_cast<const char*>(g_transfer->pointers.at(CURLOPT_POSTFIELDS));
   deliver(g_transfer->headerLines, CURLOPT_HEADERFUNCTION, CURLOPT_HEADERDATA);
   deliver(g_transfer->bodyPieces, CURLOPT_WRITEFUNCTION, CURLOPT_WRITEDATA);
-  std::strcpy(static_cast<char*>(g_transfer->pointers.at(CURLOPT_ERRORBUFFER)),
-              g_transfer->errorText.c_str());
-  return g_transfer->result;
+  return CURLE_OK;
 }
 
 void curl_free(void* text) {
@@ -141,51 +136,19 @@ TEST_F(RequestCalls, EndWithAFailureNoticeAndAnOpenHeaderFileWhenTheOutputCannot
   EXPECT_EQ(_fcloseall(), 1);
 }
 
-TEST_F(RequestCalls, EndWithTheLibrarysErrorTextWhenTheTransferFails) {
-  transfer_.result = CURLE_OPERATION_TIMEDOUT;
-  transfer_.errorText = std::string(250, 'e');
-  EXPECT_FALSE(Skyvo(&voice_).requestSpeech(L"text", false, output().c_str()));
-  EXPECT_THAT(host_.copiedTexts(), ElementsAre(std::string(250, 'e')));
-  EXPECT_THAT(host_.takeNotices(), ElementsAre(kFailure));
-}
-
-TEST_F(RequestCalls, WriteHeadersAndBodyToTheirFiles) {
-  transfer_.headerLines = {"HTTP/1.1 200 OK\r\n", "Content-Type: audio/wav\r\n", "\r\n"};
-  transfer_.bodyPieces = {"first\n", std::string("\0\x1A", 2), "last"};
-  EXPECT_TRUE(Skyvo(&voice_).requestSpeech(L"text", false, output().c_str()));
-  EXPECT_EQ(test::readFile(output()), std::string("first\n\0\x1Alast", 12));
-  ASSERT_EQ(temporaryFiles(L".txt").size(), 1u);
-  EXPECT_EQ(test::readFile(temporaryFiles(L".txt")[0]), "HTTP/1.1 200 OK\r\nContent-Type: audio/wav\r\n\r\n");
-}
-
-struct Judgement {
-  const char* header;
-  bool isAudio;
-};
-
-class HeaderJudgement : public RequestCalls, public testing::WithParamInterface<Judgement> {};
-
-TEST_P(HeaderJudgement, LooksForTheTypeAnywhereInALine) {
-  transfer_.headerLines = {"HTTP/1.1 200 OK\r\n", GetParam().header, "\r\n"};
-  transfer_.bodyPieces = {"why\nnot"};
-  EXPECT_EQ(Skyvo(&voice_).requestSpeech(L"text", false, output().c_str()), GetParam().isAudio);
-  if (GetParam().isAudio) {
-    EXPECT_THAT(host_.copiedTexts(), IsEmpty());
-    EXPECT_THAT(host_.takeNotices(), IsEmpty());
-  } else {
-    EXPECT_THAT(host_.copiedTexts(), ElementsAre("why\n"));
-    EXPECT_THAT(host_.takeNotices(), ElementsAre(kFailure));
+TEST_F(RequestCalls, LookForTheTypeAnywhereInAHeaderLine) {
+  for (const auto& [header, isAudio] : {std::pair{"content-type: audio/wav; rate=22050\r\n", true},
+                                        {"X-Anything: once audio/wave\r\n", true},
+                                        {"Content-Type: audio/WAV\r\n", false},
+                                        {"Content-Type: audio/x-wav\r\n", false},
+                                        {"", false}}) {
+    transfer_ = {.headerLines = {"HTTP/1.1 200 OK\r\n", header, "\r\n"},
+                 .bodyPieces = {"first ", std::string("\0\x1A", 2), "last"}};
+    EXPECT_EQ(Skyvo(&voice_).requestSpeech(L"text", false, output().c_str()), isAudio) << header;
+    EXPECT_EQ(test::readFile(output()), std::string("first \0\x1Alast", 12));
+    EXPECT_EQ(host_.takeNotices().size(), isAudio ? 0u : 1u) << header;
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(, HeaderJudgement,
-                         testing::Values(Judgement{"Content-Type: audio/wav\r\n", true},
-                                         Judgement{"content-type: audio/wav; rate=22050\r\n", true},
-                                         Judgement{"X-Anything: once audio/wave\r\n", true},
-                                         Judgement{"Content-Type: audio/WAV\r\n", false},
-                                         Judgement{"Content-Type: audio/mpeg\r\n", false},
-                                         Judgement{"Content-Type: audio/x-wav\r\n", false},
-                                         Judgement{"", false}));
 
 TEST_F(RequestCalls, FindRoomForAVoiceWhoseNameTakesSeveralBytesACharacter) {
   voice_.setEngineKey1(std::wstring(3000, L'語').c_str());

@@ -1,20 +1,19 @@
 // Many requests in a row, most of them answered badly: 1,000 with SPEECH_SOAK_ROUNDS=40, which takes a while.
 
-#include <windows.h>
-
-#include <array>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 
 #include "tests/engines/cloud/cloud_engine_test.h"
 #include "tests/engines/cloud/faulty_service.h"
-#include "tests/support/handle_count.h"
+#include "tests/support/process_figures.h"
 
 namespace speech {
 namespace {
 
+using test::ProcessFigures;
+
 // The service answers as a voice's name asks it to.
-constexpr std::array kReplies = {
+constexpr const char* kReplies[] = {
     "speech",
     "parameters",
     "chunked",
@@ -35,53 +34,25 @@ constexpr std::array kReplies = {
     "reset",
     "garbage",
     "redirect:error:404:none",
-    "redirect-nowhere",
     "empty-text",
+    "redirect-nowhere",
     "not-a-wav",
     "endless-body:200000",
     "endless-header:400000",
 };
 
-/// How often every reply is asked for.
-int soakRounds() {
-  constexpr int kRounds = 6;
-  const char* const wanted = std::getenv("SPEECH_SOAK_ROUNDS");
-  return wanted != nullptr ? std::atoi(wanted) : kRounds;
-}
+CStringW voiceFor(const char* reply) { return CStringW(L"fault-") + fromUtf8(reply).c_str(); }
 
-/// The bytes in use on all heaps of the process.
-std::size_t busyHeapBytes() {
-  std::array<HANDLE, 64> heaps;
-  const DWORD count = GetProcessHeaps(heaps.size(), heaps.data());
-  EXPECT_LE(count, heaps.size());
-  std::size_t sum = 0;
-  for (DWORD i = 0; i < std::min<DWORD>(count, heaps.size()); ++i) {
-    HeapLock(heaps[i]);
-    PROCESS_HEAP_ENTRY entry = {};
-    while (HeapWalk(heaps[i], &entry)) {
-      if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) sum += entry.cbData;
-    }
-    HeapUnlock(heaps[i]);
-  }
-  return sum;
-}
-
-struct Use {
-  double bytes;
-  double handles;
-
-  static Use now() {
-    return {static_cast<double>(busyHeapBytes()), static_cast<double>(test::openHandleCount())};
-  }
-};
-
+/// Bytes and handles lost by each request.
 struct Loss {
-  double bytes;
-  double handles;
+  double bytes, handles;
 
-  Loss(const Use& before, const Use& after, std::size_t count)
-      : bytes((after.bytes - before.bytes) / static_cast<double>(count)),
-        handles((after.handles - before.handles) / static_cast<double>(count)) {}
+  Loss(const ProcessFigures& before, const ProcessFigures& after, int rounds)
+      : bytes(static_cast<double>(after.heapBytes) - static_cast<double>(before.heapBytes)),
+        handles(static_cast<double>(after.handles) - static_cast<double>(before.handles)) {
+    bytes /= rounds * std::ssize(kReplies);
+    handles /= static_cast<double>(rounds * std::ssize(kReplies));
+  }
 };
 
 class RequestSoak : public test::CloudEngineTest {
@@ -102,9 +73,7 @@ class RequestSoak : public test::CloudEngineTest {
   void transferEach() const {
     for (const char* reply : kReplies) {
       const std::string form = "voice=" + toUtf8(voiceFor(reply).GetString()) + "&text=some%20text";
-      const auto drop = [](char*, std::size_t size, std::size_t count, void*) -> std::size_t {
-        return size * count;
-      };
+      const auto drop = [](char*, std::size_t size, std::size_t count, void*) { return size * count; };
       curl_global_init(CURL_GLOBAL_ALL);
       CURL* const handle = curl_easy_init();
       curl_easy_setopt(handle, CURLOPT_URL, service_.url());
@@ -116,30 +85,26 @@ class RequestSoak : public test::CloudEngineTest {
     }
   }
 
-  static CStringW voiceFor(const char* reply) { return CStringW(L"fault-") + fromUtf8(reply).c_str(); }
-
   test::FaultyService service_;
   Skyvo engine_{&voice_, service_.url()};
 };
 
 TEST_F(RequestSoak, LosesOnlyTheTransferHandles) {
-  const int succeededPerRound = requestEach();
-  EXPECT_EQ(succeededPerRound, 8);
-
-  const int rounds = soakRounds();
+  const char* const wanted = std::getenv("SPEECH_SOAK_ROUNDS");
+  const int rounds = wanted != nullptr ? std::atoi(wanted) : 4;
   ASSERT_GT(rounds, 0);
-  const Use beforeTransfers = Use::now();
-  constexpr int kTransferRounds = 4;
+  ASSERT_EQ(requestEach(), 8);
+  const ProcessFigures beforeTransfers = ProcessFigures::now();
+  constexpr int kTransferRounds = 3;
   for (int round = 0; round < kTransferRounds; ++round) transferEach();
-  const Use before = Use::now();
-  for (int round = 0; round < rounds; ++round) ASSERT_EQ(requestEach(), succeededPerRound) << round;
-  const Use after = Use::now();
+  const ProcessFigures before = ProcessFigures::now();
+  for (int round = 0; round < rounds; ++round) ASSERT_EQ(requestEach(), 8) << round;
 
-  const Loss perTransfer(beforeTransfers, before, kTransferRounds * kReplies.size());
-  const Loss perRequest(before, after, static_cast<std::size_t>(rounds) * kReplies.size());
-  std::printf(
-      "lost per request: %.0f bytes, %.2f handles; of which by the transfer: %.0f bytes, %.2f handles\n",
-      perRequest.bytes, perRequest.handles, perTransfer.bytes, perTransfer.handles);
+  const Loss perTransfer(beforeTransfers, before, kTransferRounds);
+  const Loss perRequest(before, ProcessFigures::now(), rounds);
+  std::cout << "lost per request: " << perRequest.bytes << " bytes, " << perRequest.handles
+            << " handles; of which by the transfer: " << perTransfer.bytes << " bytes, "
+            << perTransfer.handles << " handles\n";
   EXPECT_GT(perTransfer.bytes, 1000);
   EXPECT_LT(perRequest.bytes, perTransfer.bytes * 1.05 + 100);
   EXPECT_LT(perRequest.handles, perTransfer.handles + 0.1);

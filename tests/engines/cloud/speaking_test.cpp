@@ -29,37 +29,12 @@ class CloudSpeaking : public test::CloudEngineTest {
 
 TEST_F(CloudSpeaking, PostsTheStartThenTheEnd) {
   ASSERT_TRUE(speak("speech:200"));
-  EXPECT_TRUE(engine_->isSpeaking());
-  EXPECT_FALSE(engine_->isPaused());
   EXPECT_EQ(host_.waitForNotice(), kStarted);
   EXPECT_EQ(host_.waitForNotice(), kEnded);
-  EXPECT_TRUE(engine_->isSpeaking());
+  EXPECT_TRUE(engine_->isSpeaking()) << "until it is stopped";
   EXPECT_TRUE(engine_->stop());
   EXPECT_FALSE(engine_->isSpeaking());
   EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
-}
-
-TEST_F(CloudSpeaking, SpeaksAgainAndAgain) {
-  for (int round = 0; round < 3; ++round) {
-    ASSERT_TRUE(speak("speech:100"));
-    EXPECT_EQ(host_.waitForNotice(), kStarted);
-    EXPECT_EQ(host_.waitForNotice(), kEnded);
-  }
-  ASSERT_TRUE(speak("speech:5000"));
-  ASSERT_TRUE(speak("speech:100"));
-  EXPECT_EQ(host_.waitForNotice(), kStarted);
-  EXPECT_EQ(host_.waitForNotice(), kStarted);
-  EXPECT_EQ(host_.waitForNotice(), kEnded);
-  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
-}
-
-TEST_F(CloudSpeaking, StopsInTheMiddle) {
-  ASSERT_TRUE(speak("speech:5000"));
-  EXPECT_TRUE(engine_->stop());
-  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted, kEnded));
-  EXPECT_FALSE(engine_->isSpeaking());
-  ASSERT_TRUE(speak("speech:5000"));
-  EXPECT_TRUE(engine_->isSpeaking());
 }
 
 TEST_F(CloudSpeaking, PausesWithoutANoticeAndGoesOn) {
@@ -67,11 +42,8 @@ TEST_F(CloudSpeaking, PausesWithoutANoticeAndGoesOn) {
   EXPECT_EQ(host_.waitForNotice(), kStarted);
   Sleep(100);
   EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_TRUE(engine_->isPaused());
-  EXPECT_TRUE(engine_->isSpeaking());
   EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
   EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_FALSE(engine_->isPaused());
   EXPECT_EQ(host_.waitForNotice(), kEnded);
 }
 
@@ -88,16 +60,6 @@ TEST_F(CloudSpeaking, StoppingWhilePausedPostsTheEndAndStaysPausedUntilTheNextSp
   EXPECT_EQ(host_.waitForNotice(), kEnded);
 }
 
-TEST_F(CloudSpeaking, AnIdleEngineStopsAndPausesWithoutANotice) {
-  EXPECT_FALSE(engine_->isSpeaking());
-  EXPECT_TRUE(engine_->stop());
-  EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_TRUE(engine_->isPaused());
-  EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_FALSE(engine_->isPaused());
-  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
-}
-
 TEST_F(CloudSpeaking, ARefusedRequestLeavesTheFlagsAndWhatPlays) {
   ASSERT_TRUE(speak("speech:300"));
   Sleep(100);
@@ -111,12 +73,6 @@ TEST_F(CloudSpeaking, ARefusedRequestLeavesTheFlagsAndWhatPlays) {
   EXPECT_EQ(host_.waitForNotice(), kEnded);
 }
 
-TEST_F(CloudSpeaking, ARefusedFirstRequestLeavesTheEngineIdle) {
-  EXPECT_FALSE(speak("error:500:out of order"));
-  EXPECT_FALSE(engine_->isSpeaking());
-  EXPECT_THAT(host_.takeNotices(), ElementsAre(kFailure));
-}
-
 TEST_F(CloudSpeaking, AReplyThatCannotBePlayedIsRefusedWithoutANotice) {
   for (const char* reply : {"not-a-wav", "empty", "stray-header"}) {
     EXPECT_FALSE(speak(reply)) << reply;
@@ -126,29 +82,17 @@ TEST_F(CloudSpeaking, AReplyThatCannotBePlayedIsRefusedWithoutANotice) {
   EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
 }
 
-TEST_F(CloudSpeaking, LeavesReplyAndHeadersBehind) {
-  ASSERT_TRUE(speak("speech:100"));
+TEST_F(CloudSpeaking, LeavesReplyAndHeadersBehindAndEndsWhenDeleted) {
+  ASSERT_TRUE(speak("speech:5000"));
   EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(1));
   EXPECT_THAT(temporaryFiles(L".txt"), SizeIs(1));
-  EXPECT_FALSE(speak("error"));
-  EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(2));
-}
-
-TEST_F(CloudSpeaking, DeletionEndsWhatPlays) {
-  ASSERT_TRUE(speak("speech:5000"));
   engine_.reset();
   EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted, kEnded));
 }
 
 TEST_F(CloudSpeaking, SaysNothingWhereItHasNoUse) {
   EXPECT_TRUE(engine_->initialize());
-  EXPECT_TRUE(engine_->speakSync(WM_NULL, "text"));
-  EXPECT_FALSE(engine_->isSpeaking());
   EXPECT_EQ(engine_->applyOptions(*voice_.getOptions()), 0);
-  EXPECT_TRUE(engine_->setOutputAudio(3));
-  engine_->setEventNotify(false);
-  EXPECT_TRUE(engine_->unloadEngine());
-  EXPECT_TRUE(engine_->loadEngine());
   EXPECT_EQ(engine_->getUserDictLimit(0), -1);
   EXPECT_EQ(engine_->loadUserDict("words.csv"), 0);
   EXPECT_EQ(engine_->unloadUserDict(0), 0);
@@ -176,20 +120,6 @@ TEST_F(CloudSpeaking, SynthesizesIntoMemoryWithoutAnEngineAndWithoutAZeroByte) {
               ElementsAre("LXAPI_SetOutputBuffer(0, 0)", "LXAPI_BufferOpen(0, \"text\", -1, 130, 0)",
                           testing::StartsWith("LXAPI_GetBuffer(0, "),
                           testing::StartsWith("LXAPI_FreeBuffer("), "LXAPI_BufferClose(0)"));
-}
-
-TEST(Factory, MakesTheCloudEngineForItsProductsInAnyCase) {
-  test::HostWindow host;
-  for (const wchar_t* type : {L"skyvo", L"SKYVO", L"SkyVo"}) {
-    ITextToSpeech::releaseInstance();
-    test::recording().reset();
-    test::recording().install({.key1 = L"Vox", .type = type});
-    ITextToSpeech* const engine = ITextToSpeech::getInstance(host.handle(), test::HostWindow::kNoticeMessage,
-                                                             ITextToSpeech::getLXAPIProductList()->GetHead());
-    EXPECT_NE(dynamic_cast<Skyvo*>(engine), nullptr);
-    EXPECT_TRUE(ITextToSpeech::reloadEngine());
-  }
-  ITextToSpeech::releaseInstance();
 }
 
 }  // namespace

@@ -34,79 +34,49 @@ class WavReading : public testing::Test {
   CDecoder decoder_;
 };
 
-struct Layout {
-  const char* name;
-  std::string file;
-  std::string payload;
-};
-
-class SoundLayout : public WavReading, public testing::WithParamInterface<Layout> {};
-
-TEST_P(SoundLayout, LoadsExactlyTheDataChunk) {
-  ASSERT_EQ(open(GetParam().file), CDecoder::kOpened);
-  EXPECT_EQ(payloadOf(decoder_), GetParam().payload);
-}
-
 const std::string kFormat = pcmFormat(1, 22050, 16);
 
-INSTANTIATE_TEST_SUITE_P(
-    , SoundLayout,
-    testing::Values(
-        Layout{"SixteenBitMono", wavFile(kFormat, "abcd"), "abcd"},
-        Layout{"SixteenBitStereo", wavFile(pcmFormat(2, 44100, 16), "abcdefgh"), "abcdefgh"},
-        Layout{"EightBitMono", wavFile(pcmFormat(1, 8000, 8), "abcde"), "abcde"},
-        Layout{"EightBitStereo", wavFile(pcmFormat(2, 8000, 8), "abcdef"), "abcdef"},
-        Layout{"NoSamples", wavFile(kFormat, ""), ""},
-        Layout{"ChunksInFront",
-               riff(chunk("LIST", "INFOodd") + chunk("fmt ", kFormat) + chunk("fact", "1234") +
-                    chunk("odd ", "x") + chunk("data", "abcd")),
-               "abcd"},
-        Layout{"ChunksBehind", riff(chunk("fmt ", kFormat) + chunk("data", "abc") + chunk("LIST", "INFO")),
-               "abc"},
-        Layout{"FormatWithEmptyExtension", wavFile(kFormat + std::string(2, '\0'), "abcd"), "abcd"}),
-    [](const auto& instance) { return instance.param.name; });
-
-struct Fault {
-  const char* name;
-  int result;
-  std::string file;
-};
-
-class FaultyFile : public WavReading, public testing::WithParamInterface<Fault> {};
-
-TEST_P(FaultyFile, IsRefusedAndLeavesThePayloadAlone) {
-  ASSERT_EQ(open(wavFile(kFormat, "before")), CDecoder::kOpened);
-  EXPECT_EQ(open(GetParam().file), GetParam().result);
-  EXPECT_EQ(payloadOf(decoder_), "before");
-  EXPECT_EQ(decoder_.format().Format.nSamplesPerSec, 22050u);
+TEST_F(WavReading, LoadsExactlyTheDataChunk) {
+  const std::string list = chunk("LIST", "INFOodd"), format = chunk("fmt ", kFormat);
+  for (const auto& [file, payload] : {
+           std::pair{wavFile(kFormat, "abcd"), "abcd"},
+           {wavFile(pcmFormat(2, 44100, 16), "abcdefgh"), "abcdefgh"},
+           {wavFile(pcmFormat(1, 8000, 8), "abcde"), "abcde"},
+           {wavFile(pcmFormat(2, 8000, 8), "abcdef"), "abcdef"},
+           {wavFile(kFormat, ""), ""},
+           {wavFile(kFormat + std::string(2, '\0'), "abcd"), "abcd"},
+           {riff(list + format + chunk("fact", "1234") + chunk("odd ", "x") + chunk("data", "abcd")), "abcd"},
+           {riff(format + chunk("data", "abc") + list), "abc"},
+       }) {
+    ASSERT_EQ(open(file), CDecoder::kOpened) << testing::PrintToString(file);
+    EXPECT_EQ(payloadOf(decoder_), payload);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , FaultyFile,
-    testing::Values(
-        Fault{"Empty", CDecoder::kNoWaveData, ""},
-        Fault{"NotRiff", CDecoder::kNoWaveData, "just a line of text, long enough to hold a header"},
-        Fault{"NotWave", CDecoder::kNoWaveData, riff(chunk("fmt ", kFormat) + chunk("data", "abcd"), "AVI ")},
-        Fault{"Rf64", CDecoder::kNoWaveData,
-              riff(chunk("ds64", std::string(28, '\0')) + chunk("fmt ", kFormat) +
-                       chunk("data", "abcd", 0xFFFFFFFF),
-                   "WAVE", "RF64")},
-        Fault{"HeaderOnly", CDecoder::kNoFormat, riff("")},
-        Fault{"NoFormat", CDecoder::kNoFormat, riff(chunk("data", "abcd"))},
-        Fault{"FormatCutShort", CDecoder::kNoFormat, riff(chunk("fmt ", kFormat.substr(0, 8), 16))},
-        Fault{"FormatLongerThanAnyKnown", CDecoder::kNoFormat,
-              wavFile(kFormat + std::string(26, '\0'), "abcd")},
-        Fault{"FormatOfFourMillionBytes", CDecoder::kNoFormat, wavFile(std::string(4'000'000, 'x'), "abcd")},
-        Fault{"FormatThatClaimsFourMillionBytes", CDecoder::kNoFormat,
-              riff(chunk("fmt ", kFormat, 4'000'000) + chunk("data", "abcd"))},
-        Fault{"NoData", CDecoder::kNoWaveData, riff(chunk("fmt ", kFormat))},
-        Fault{"DataInFrontOfFormat", CDecoder::kNoWaveData,
-              riff(chunk("data", "abcd") + chunk("fmt ", kFormat))},
-        Fault{"DataCutShort", CDecoder::kNoWaveData,
-              riff(chunk("fmt ", kFormat) + chunk("data", "abcd", 1000))},
-        Fault{"DataLargerThanAnyArray", CDecoder::kNoMemory,
-              riff(chunk("fmt ", kFormat) + chunk("data", "abcd", 0xFFFFFFFF))}),
-    [](const auto& instance) { return instance.param.name; });
+TEST_F(WavReading, RefusesAFaultyFileAndLeavesThePayloadAlone) {
+  const std::string format = chunk("fmt ", kFormat), data = chunk("data", "abcd");
+  ASSERT_EQ(open(wavFile(kFormat, "before")), CDecoder::kOpened);
+  for (const auto& [fault, result, file] : {
+           std::tuple{"empty", CDecoder::kNoWaveData, std::string()},
+           {"not RIFF", CDecoder::kNoWaveData, "just a line of text, long enough to hold a header"},
+           {"not WAVE", CDecoder::kNoWaveData, riff(format + data, "AVI ")},
+           {"RF64", CDecoder::kNoWaveData, riff(format + chunk("data", "abcd", 0xFFFFFFFF), "WAVE", "RF64")},
+           {"header only", CDecoder::kNoFormat, riff("")},
+           {"no format", CDecoder::kNoFormat, riff(data)},
+           {"format cut short", CDecoder::kNoFormat, riff(chunk("fmt ", kFormat.substr(0, 8), 16))},
+           {"format too long", CDecoder::kNoFormat, wavFile(kFormat + std::string(26, '\0'), "abcd")},
+           {"format of 4 MB", CDecoder::kNoFormat, wavFile(std::string(4'000'000, 'x'), "abcd")},
+           {"format says 4 MB", CDecoder::kNoFormat, riff(chunk("fmt ", kFormat, 4'000'000) + data)},
+           {"no data", CDecoder::kNoWaveData, riff(format)},
+           {"data first", CDecoder::kNoWaveData, riff(data + format)},
+           {"data cut short", CDecoder::kNoWaveData, riff(format + chunk("data", "abcd", 1000))},
+           {"data of 4 GB", CDecoder::kNoMemory, riff(format + chunk("data", "abcd", 0xFFFFFFFF))},
+       }) {
+    EXPECT_EQ(open(file), result) << fault;
+    EXPECT_EQ(payloadOf(decoder_), "before") << fault;
+    EXPECT_EQ(decoder_.format().Format.nSamplesPerSec, 22050u) << fault;
+  }
+}
 
 TEST_F(WavReading, RefusesWhatIsNoFile) {
   EXPECT_EQ(decoder_.openWav(nullptr), CDecoder::kNoPath);

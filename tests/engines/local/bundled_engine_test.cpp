@@ -6,10 +6,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
-#include "tests/engines/local/process_figures.h"
 #include "tests/support/host_window.h"
+#include "tests/support/process_figures.h"
 
 namespace speech::test {
 namespace {
@@ -88,24 +89,6 @@ TEST_F(BundledEngine, AMegabyteOfTextIsSpokenFromTheStartAndCanBeStopped) {
   EXPECT_EQ(noticesUntilEnd().size(), 2u);
 }
 
-TEST_F(BundledEngine, NothingIsHeardOfAStoppedSpeech) {
-  ASSERT_TRUE(engine_->speak(L"One two three four five six seven.", false));
-  window_.waitForNotice();
-  engine_->stop();
-  window_.takeNotices();
-  ASSERT_TRUE(engine_->speak(L"One.", false));
-  EXPECT_THAT(noticesUntilEnd(), ::testing::ElementsAre(Notice{0, 3}, kEnd));
-}
-
-TEST_F(BundledEngine, ASecondSpeakIsRefusedWhileTheFirstRuns) {
-  ASSERT_TRUE(engine_->speak(L"One two three four five six seven.", false));
-  EXPECT_FALSE(engine_->speak(L"One.", false));
-  EXPECT_TRUE(engine_->isSpeaking());
-  EXPECT_TRUE(engine_->speakSync(0, "One."));
-  noticesUntilEnd();  // the refusal's
-  EXPECT_EQ(noticesUntilEnd().back(), kEnd);
-}
-
 TEST_F(BundledEngine, AVoiceThatDoesNotExistGivesNoInstance) {
   LXAPIProduct::EngineInfo nobody;
   nobody.engineKey1 = L"Nobody";
@@ -122,7 +105,7 @@ TEST_F(BundledEngine, AVoiceThatDoesNotExistGivesNoInstance) {
 TEST(BundledEngineLifecycle, CreateSpeakStopReleaseLeaksNothing) {
   constexpr int kWarmUp = 20;
   const char* const asked = std::getenv("SPEECH_CYCLES");
-  const int cycles = asked != nullptr ? std::atoi(asked) : 100;
+  const int cycles = asked != nullptr ? std::atoi(asked) : 60;
   HostWindow window;
   const auto cycle = [&] {
     ITextToSpeech* const engine =
@@ -137,13 +120,7 @@ TEST(BundledEngineLifecycle, CreateSpeakStopReleaseLeaksNothing) {
   const ProcessFigures before = ProcessFigures::now();
   for (int i = 0; i < cycles; ++i) cycle();
   const ProcessFigures after = ProcessFigures::now();
-  std::printf(
-      "%d cycles: handles %zu to %zu, threads %zu to %zu, heap %zu to %zu KiB, committed %zu to %zu KiB\n",
-      cycles, before.handles, after.handles, before.threads, after.threads, before.heapBytes / 1024,
-      after.heapBytes / 1024, before.committedBytes / 1024, after.committedBytes / 1024);
-  ASSERT_GT(before.handles, 0u);
-  ASSERT_GT(before.heapBytes, 0u);
-  ASSERT_GT(before.committedBytes, 0u);
+  std::cout << cycles << " cycles: before " << before << "; after " << after << "\n";
   // What comes and goes with the sound system; a leak would show in every cycle.
   EXPECT_LT(after.handles, before.handles + 10);
   EXPECT_LT(after.threads, before.threads + 3);
@@ -153,7 +130,7 @@ TEST(BundledEngineLifecycle, CreateSpeakStopReleaseLeaksNothing) {
 
 /// For stop_is_silent.py, which listens meanwhile: a line at the moment of the call.
 TEST_F(BundledEngine, DISABLED_SpeaksAndStops) {
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 3; ++i) {
     engine_->speak(
         L"Aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa, one two three four five six seven eight nine ten eleven.", false);
     for (int word = 0; word < 4; ++word) window_.waitForNotice();

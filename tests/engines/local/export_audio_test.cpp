@@ -32,22 +32,16 @@ TEST_F(ExportAudio, PcmIsACopyAndTheHostLearnsItsPath) {
               EndsWith("|Speaker : Alex,  Export File Path : " + (results_ / "x.pcm").string() + "  \n"));
 }
 
-TEST_F(ExportAudio, AShortWavIsAHeaderAndSilenceOfTheRightLength) {
-  EXPECT_EQ(exported(std::string(1000, 's'), 5, 1000, 1), destination(L"x.wav").c_str());
-  EXPECT_EQ(readFile(results_ / "x.wav"), wavFile(16000, std::string(1000, '\0')));
-  EXPECT_FALSE(std::filesystem::exists(source_));
-}
-
-TEST_F(ExportAudio, ALongWavHoldsTheSamplesRightBehindTheHeader) {
-  const std::string samples(65'536, 's');
-  exported(samples, 5, 65'536, 4);
-  EXPECT_EQ(readFile(results_ / "x.wav"), wavFile(48000, samples));
-}
-
-TEST_F(ExportAudio, ALastBlockOfExactly65535BytesIsMissing) {
-  const std::string samples(2 * 65'535, 's');
-  exported(samples, 5, 2 * 65'535, 1);
-  EXPECT_EQ(readFile(results_ / "x.wav"), wavFile(16000, samples).substr(0, 44 + 65'535));
+TEST_F(ExportAudio, AWavIsSilenceOrEveryBlockSaveALastOneOfExactly65535Bytes) {
+  const auto wav = [&](std::size_t size, int rateIndex) {
+    EXPECT_EQ(exported(std::string(size, 's'), 5, static_cast<int>(size), rateIndex),
+              destination(L"x.wav").c_str());
+    EXPECT_FALSE(std::filesystem::exists(source_));
+    return readFile(results_ / "x.wav");
+  };
+  EXPECT_EQ(wav(1000, 1), wavFile(16000, std::string(1000, '\0')));
+  EXPECT_EQ(wav(65'536, 4), wavFile(48000, std::string(65'536, 's')));
+  EXPECT_EQ(wav(2 * 65'535, 1), wavFile(16000, std::string(2 * 65'535, 's')).substr(0, 44 + 65'535));
 }
 
 TEST_F(ExportAudio, AWavThatCannotBeOpenedKeepsTheSource) {
@@ -69,18 +63,14 @@ TEST_F(ExportAudio, SoxGetsTheRawSourceUnquotedAndTheHostsPathStays) {
   EXPECT_FALSE(std::filesystem::exists(source_));
 }
 
-TEST_F(ExportAudio, WithoutSoxTheSourceIsDeletedAllTheSame) {
-  exported("s", 2, 1, 1);
-  EXPECT_EQ(result_, 0);
-  EXPECT_FALSE(std::filesystem::exists(source_));
-}
-
-TEST_F(ExportAudio, AnUnknownFormatDeletesTheSourceAndLogsAnEmptyLine) {
-  exported("s", 7, 1, 1);
-  EXPECT_EQ(result_, 0);
+TEST_F(ExportAudio, WithoutSoxOrFormatTheSourceIsDeletedAllTheSame) {
+  for (const int format : {2, 7}) {
+    exported("s", format, 1, 1);
+    EXPECT_EQ(result_, 0);
+    EXPECT_FALSE(std::filesystem::exists(source_));
+  }
   EXPECT_THAT(namesIn(results_.path()), IsEmpty());
-  EXPECT_FALSE(std::filesystem::exists(source_));
-  EXPECT_THAT(newLogText(), EndsWith("|\n"));
+  EXPECT_THAT(newLogText(), EndsWith("|\n")) << "an unknown format logs an empty line";
 }
 
 }  // namespace

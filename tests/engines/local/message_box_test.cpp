@@ -1,25 +1,22 @@
 // The modal boxes that a user meets when a dictionary cannot be loaded, on a real desktop.
 
-#include <gmock/gmock.h>
-
 #include <string>
 #include <vector>
 
-#include "tests/engines/local/export_fixture.h"
+#include "tests/engines/local/local_engine_test.h"
 #include "tests/support/own_desktop.h"
 
 namespace speech::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 class DesktopOfTheProgram : public ::testing::Environment {
   OwnDesktop desktop_;
 };
 const auto* const kDesktop = ::testing::AddGlobalTestEnvironment(new DesktopOfTheProgram);
 
-using DictionaryMessage = Export;
+using DictionaryMessage = LocalEngineTest;
 
 /// Reads every message box of this thread as it comes up, and presses OK.
 class UserAtTheDesk {
@@ -65,20 +62,9 @@ class UserAtTheDesk {
   UINT_PTR timer_;
 };
 
-TEST_F(DictionaryMessage, ARefusedWordListIsShownWithItsCodes) {
-  writeFile(results_ / "words.csv", "a,b\n");
-  recording().answer("LXAPI_LoadUserDict", -21);
-  recording().answer("LXAPI_UnloadUserDict", -5);
-  const std::string path = (results_ / "words.csv").string();
+TEST_F(DictionaryMessage, WhatIsRefusedIsShown) {
   const UserAtTheDesk user;
-  EXPECT_EQ(engine_->loadUserDict(path.c_str()), static_cast<unsigned short>(-21));
-  EXPECT_THAT(user.texts(), ElementsAre(L"User dictionary load failed.\nFile name : " +
-                                        (results_ / "words.csv").wstring() + L"\nError code : -5 -21"));
-}
-
-TEST_F(DictionaryMessage, ARefusedLexiconIsShownWithoutCodesOfTheEngine) {
   recording().answer("LXAPI_SetLexiconHandle", -3);
-  const UserAtTheDesk user;
   EXPECT_EQ(engine_->loadUserDict("words.lex"), 65535);
   recording().answer("LXAPI_SetLexiconHandle", 0);
   recording().answer("LXAPI_SetAttr", -7);
@@ -86,13 +72,6 @@ TEST_F(DictionaryMessage, ARefusedLexiconIsShownWithoutCodesOfTheEngine) {
   EXPECT_THAT(user.texts(),
               ElementsAre(L"User dictionary load failed.\nFile name : words.lex\nError code : -1 -1",
                           L"LXAPI_SetAttr failed."));
-}
-
-TEST_F(DictionaryMessage, AnEmptyWordListShowsNothing) {
-  writeFile(results_ / "empty.csv", "");
-  const UserAtTheDesk user;
-  EXPECT_EQ(engine_->loadUserDict((results_ / "empty.csv").string().c_str()), 0);
-  EXPECT_THAT(user.texts(), IsEmpty());
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <cstdio>
-#include <string>
-
 #include "engines/shared/user_message.h"
 #include "tests/engines/local/local_engine_test.h"
 #include "tests/support/file_content.h"

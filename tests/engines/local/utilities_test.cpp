@@ -8,37 +8,15 @@ namespace {
 
 using LocalUtilities = LocalEngineTest;
 
-TEST_F(LocalUtilities, SampleRatesByIndex) {
-  const int rates[] = {-1, 8000, 16000, 22050, 44100, 48000, -1};
-  for (int index = -1; index <= 5; ++index) EXPECT_EQ(engine_->getSampleRate(index), rates[index + 1]);
-}
-
-TEST_F(LocalUtilities, XmlIsEscapedOnceMoreEachTime) {
-  EXPECT_EQ(engine_->escapeXml(L"<a href='x'>\"&amp;"), L"&lt;a href=&apos;x&apos;&gt;&quot;&amp;amp;");
-  EXPECT_EQ(engine_->escapeXml(L""), L"");
-}
-
-TEST_F(LocalUtilities, AWavHeaderGoesToAPathOfTheThreadsCodePage) {
-  const TemporaryFolder folder;
-  const std::wstring path = (folder / L"caf\u00e9.wav").wstring();
-  EXPECT_EQ(engine_->makeWavHeader(path.c_str(), 1000, 16000, 16, 1), 0);
-  EXPECT_EQ(readFile(path).size(), 44u);
-  EXPECT_EQ(engine_->makeWavHeader(path.c_str(), 1000, 16000, 24, 1), -1);
-  EXPECT_EQ(engine_->makeWavHeader(nullptr, 1000, 16000, 16, 1), -1);
-}
-
-TEST_F(LocalUtilities, AWavFileIsConvertedFromAndToPathsOfTheThreadsCodePage) {
+TEST_F(LocalUtilities, WavFilesArePathsOfTheThreadsCodePage) {
   const TemporaryFolder folder;
   const std::wstring input = (folder / L"caf\u00e9.wav").wstring();
   const std::wstring output = (folder / L"\u00e0.wav").wstring();
   ASSERT_EQ(engine_->makeWavHeader(input.c_str(), 16000, 16000, 16, 1), 0);
+  EXPECT_EQ(readFile(input).size(), 44u);
   writeFile(input, readFile(input) + std::string(16000, '\0'));
   EXPECT_EQ(engine_->convertWavRate(input.c_str(), 8000, 16, 1, output.c_str()), 1);
-  const std::string converted = readFile(output);
-  EXPECT_NEAR(static_cast<double>(converted.size()), 44 + 8000, 16);
-  EXPECT_EQ(converted.substr(24, 4), std::string("\x40\x1f\0\0", 4));  // 8000 Hz
-  EXPECT_EQ(engine_->convertWavRate(L"missing.wav", 8000, 16, 1, output.c_str()), -1);
-  EXPECT_EQ(engine_->convertWavRate(nullptr, 8000, 16, 1, nullptr), -1);
+  EXPECT_NEAR(static_cast<double>(readFile(output).size()), 44 + 8000, 16);
 }
 
 TEST_F(LocalUtilities, TheDictionaryEditorGetsTheFileInQuotesAndTheRestAsItStands) {

@@ -22,7 +22,6 @@ namespace {
 using test::readFile;
 using test::TemporaryFolder;
 using ::testing::EndsWith;
-using ::testing::MatchesRegex;
 
 std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
   std::vector<std::filesystem::path> files;
@@ -58,22 +57,13 @@ TEST_F(DiagnosticLog, WritesALinePerCallIntoAFileOfTheDay) {
   EXPECT_TRUE(std::regex_match(readFile(logFile(folder_)), lines)) << readFile(logFile(folder_));
 }
 
-TEST_F(DiagnosticLog, KeepsPercentSignsOfAMessage) {
-  ASSERT_EQ(writeLog(base_.c_str(), "%s", "C:\\100%\\%s%n.wav"), 1);
-  EXPECT_THAT(readFile(logFile(folder_)), EndsWith("|C:\\100%\\%s%n.wav\n"));
-}
-
-TEST_F(DiagnosticLog, CutsAnOverlongMessageAndStillEndsTheLine) {
-  ASSERT_EQ(writeLog(base_.c_str(), "%s", std::string(5000, 'x').c_str()), 1);
-  const std::string line = readFile(logFile(folder_));
+TEST_F(DiagnosticLog, KeepsPercentSignsAndCutsAnOverlongMessageButStillEndsTheLine) {
+  const std::string nested = base_ + "\\a\\b";  // made where it is missing
+  ASSERT_EQ(writeLog(nested.c_str(), "%s", ("100%\\%s%n" + std::string(5000, 'x')).c_str()), 1);
+  const std::string line = readFile(filesIn(nested + "\\log").at(0));
   EXPECT_EQ(line.size(), 1023u);
+  EXPECT_THAT(line, ::testing::HasSubstr("|100%\\%s%nxxx"));
   EXPECT_THAT(line, EndsWith("xxx\n"));
-}
-
-TEST_F(DiagnosticLog, MakesAMissingBaseFolder) {
-  const std::string nested = base_ + "\\a\\b";
-  EXPECT_EQ(writeLog(nested.c_str(), "%s", "x"), 1);
-  EXPECT_EQ(filesIn(nested + "\\log").size(), 1u);
 }
 
 TEST_F(DiagnosticLog, RefusesWhenExactlyTheReserveAndTheTwoTextsAreLeft) {
@@ -104,36 +94,23 @@ TEST_F(DiagnosticLog, YieldsToAnotherWriter) {
   EXPECT_EQ(readFile(logFile(folder_)).find("lost"), std::string::npos);
 }
 
-TEST_F(DiagnosticLog, ReportsAFolderThatCannotBeMade) {
-  test::writeFile(folder_ / "file", "");
-  EXPECT_EQ(writeLog((base_ + "\\file").c_str(), "%s", "x"), 0);
-}
-
 TEST(DirectoryPath, IsMadeElementByElementWithEitherSeparator) {
   const TemporaryFolder folder;
   const std::string base = folder.path().string();
-  EXPECT_TRUE(makeDirectoryPath((base + "\\a/b\\c\\").c_str()));
-  EXPECT_TRUE(std::filesystem::is_directory(folder / "a" / "b" / "c"));
-  EXPECT_TRUE(makeDirectoryPath((base + "\\a/b\\c").c_str())) << "all there already";
-
-  test::writeFile(folder / "file", "");
-  EXPECT_FALSE(makeDirectoryPath((base + "\\file\\x").c_str()));
-}
-
-TEST(DirectoryPath, OfOneElementIsMadeInTheCurrentFolder) {
-  const TemporaryFolder folder;
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(folder.path());
-  EXPECT_TRUE(makeDirectoryPath("single"));
-  EXPECT_TRUE(makeDirectoryPath("outer/inner"));
+  for (const std::string& path : {base + "\\a/b\\c\\", std::string("single"), std::string("outer/inner")}) {
+    EXPECT_TRUE(makeDirectoryPath(path.c_str()));
+    EXPECT_TRUE(makeDirectoryPath(path.c_str())) << "all there already";
+    EXPECT_TRUE(std::filesystem::is_directory(path)) << path;
+  }
   std::filesystem::current_path(before);
-  EXPECT_TRUE(std::filesystem::is_directory(folder / "single"));
-  EXPECT_TRUE(std::filesystem::is_directory(folder / "outer" / "inner"));
-}
 
-TEST(DirectoryPath, IsRefusedWhenItNamesNoFolder) {
-  EXPECT_FALSE(makeDirectoryPath(""));
-  EXPECT_FALSE(makeDirectoryPath("\\\\server"));
+  test::writeFile(folder / "file", "");
+  for (const std::string& path : {base + "\\file\\x", std::string(), std::string("\\\\server")}) {
+    EXPECT_FALSE(makeDirectoryPath(path.c_str())) << path;
+  }
+  EXPECT_EQ(writeLog((base + "\\file").c_str(), "%s", "x"), 0);
 }
 
 }  // namespace

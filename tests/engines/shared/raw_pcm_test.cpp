@@ -30,28 +30,20 @@ class RawPcm : public ::testing::Test {
   test::TemporaryFolder folder_;
 };
 
-TEST_F(RawPcm, UpToABlockBecomesSilence) {
-  EXPECT_EQ(appended(std::string(1000, 's'), 1000, LastFullBlock::kDropped), std::string(1000, '\0'));
-  EXPECT_EQ(appended(std::string(70'000, 's'), 65'535, LastFullBlock::kDropped), std::string(65'535, '\0'));
-  EXPECT_EQ(appended("sss", 0, LastFullBlock::kDropped), "");
-  EXPECT_EQ(appended("sss", -5, LastFullBlock::kWritten), "");
-}
-
-TEST_F(RawPcm, MoreThanABlockIsCopied) {
+TEST_F(RawPcm, UpToABlockBecomesSilenceAndMoreIsCopied) {
+  constexpr auto kDropped = LastFullBlock::kDropped, kWritten = LastFullBlock::kWritten;
   const std::string samples(2 * 65'535 + 100, 's');
-  EXPECT_EQ(appended(samples, 65'536, LastFullBlock::kDropped), samples.substr(0, 65'536));
-  EXPECT_EQ(appended(samples, 2 * 65'535 + 100, LastFullBlock::kWritten), samples);
-}
-
-TEST_F(RawPcm, ALastBlockOfExactlyABlockIsTheEnginesChoice) {
-  const std::string samples(2 * 65'535, 's');
-  EXPECT_EQ(appended(samples, 2 * 65'535, LastFullBlock::kDropped), samples.substr(0, 65'535));
-  EXPECT_EQ(appended(samples, 2 * 65'535, LastFullBlock::kWritten), samples);
-}
-
-TEST_F(RawPcm, MissingSamplesBecomeSilence) {
-  EXPECT_EQ(appended(std::string(65'600, 's'), 70'000, LastFullBlock::kDropped),
-            std::string(65'600, 's') + std::string(4400, '\0'));
+  const auto silence = [](std::size_t size) { return std::string(size, '\0'); };
+  EXPECT_EQ(appended(samples, 1000, kDropped), silence(1000));
+  EXPECT_EQ(appended(samples, 65'535, kDropped), silence(65'535));
+  EXPECT_EQ(appended("sss", 0, kDropped), "");
+  EXPECT_EQ(appended("sss", -5, kWritten), "");
+  EXPECT_EQ(appended(samples, 65'536, kDropped), samples.substr(0, 65'536));
+  EXPECT_EQ(appended(samples, 2 * 65'535 + 100, kWritten), samples);
+  EXPECT_EQ(appended(samples, 2 * 65'535, kDropped), samples.substr(0, 65'535))
+      << "the last block is missing";
+  EXPECT_EQ(appended(samples, 2 * 65'535, kWritten), samples.substr(0, 2 * 65'535));
+  EXPECT_EQ(appended(samples.substr(0, 65'600), 70'000, kDropped), samples.substr(0, 65'600) + silence(4400));
 }
 
 TEST_F(RawPcm, StrippingTakesTheFirst44Bytes) {
