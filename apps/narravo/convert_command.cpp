@@ -18,6 +18,7 @@
 #include "apps/narravo/wav_format.h"
 #include "audio/rate_wrappers.h"
 #include "audio/wav_header.h"
+#include "win32/move_file.h"
 
 namespace narravo {
 namespace {
@@ -164,7 +165,7 @@ void convert(ConvertArguments arguments) {
                                    std::to_string(arguments.sampleRateHz) +
                                    " Hz; are the rates more than 10 to 1 apart, or the disk or memory full?");
   }
-  if (!MoveFileExW(partial.path().c_str(), outputPath.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+  if (!speech::moveFile(partial.path(), outputPath)) {
     throw HostError(kExitFile, "cannot write " + arguments.output);
   }
 }

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "speech/c_interface/failure.h"
+#include "win32/move_file.h"
 #include "win32/text.h"
 
 namespace speech::c_interface {
@@ -62,11 +63,7 @@ bool TemporaryOutput::hasContent() const {
 void TemporaryOutput::moveTo(const std::wstring& destination) {
   // By way of a neighbour: from another disk the move is a copy, which can fail halfway.
   const std::wstring neighbour = newFileIn(folderOf(destination));
-  const bool isMoved =
-      !neighbour.empty() &&
-      MoveFileExW(path_.c_str(), neighbour.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED) &&
-      MoveFileExW(neighbour.c_str(), destination.c_str(), MOVEFILE_REPLACE_EXISTING);
-  if (isMoved) return;
+  if (!neighbour.empty() && moveFile(path_, neighbour) && moveFile(neighbour, destination)) return;
   if (!neighbour.empty()) DeleteFileW(neighbour.c_str());
   throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination));
 }

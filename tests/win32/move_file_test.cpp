@@ -1,0 +1,50 @@
+#include "win32/move_file.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <thread>
+
+#include "tests/support/file_content.h"
+#include "tests/support/temporary_folder.h"
+#include "win32/unique_handle.h"
+
+namespace speech {
+namespace {
+
+using test::readFile;
+using test::writeFile;
+
+TEST(Moving, WaitsForThoseWhoHaveOneOfTheFilesOpen) {
+  const test::TemporaryFolder folder;
+  const std::wstring from = folder / L"new", to = folder / L"old";
+  for (const std::wstring& held : {from, to}) {
+    writeFile(from, "new");
+    writeFile(to, "old");
+    UniqueHandle reader(
+        CreateFileW(held.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_FALSE(MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING));
+    std::thread scanner([&] {
+      Sleep(100);
+      reader.reset();
+    });
+    EXPECT_TRUE(moveFile(from, to));
+    scanner.join();
+    EXPECT_EQ(readFile(to), "new");
+    EXPECT_FALSE(std::filesystem::exists(from));
+  }
+}
+
+TEST(Moving, FailureLeavesBothWhereTheyWere) {
+  const test::TemporaryFolder folder;
+  const std::wstring from = folder / L"new", to = folder / L"old";
+  std::filesystem::create_directory(to);
+  EXPECT_FALSE(moveFile(from, folder / L"nowhere"));
+  writeFile(from, "new");
+  EXPECT_FALSE(moveFile(from, to));
+  EXPECT_EQ(readFile(from), "new");
+  EXPECT_TRUE(std::filesystem::is_directory(to));
+}
+
+}  // namespace
+}  // namespace speech
