@@ -42,10 +42,9 @@ extern "C" {
 ///
 /// @param request  what to convert, how and where to
 /// @return the samples stored; 0 for an empty input; -1 for a null pointer, a rate below 1, rates too far
-/// apart
-///   for the filter (more than about 61 to 1 down with the large one, 291 with the small one, 32767 with
-///   none) or for the clock (65536 to 1 up), and when one block of about 4000 input samples would have to
-///   store more than 40962 samples. Samples of earlier blocks have then been stored already.
+///   apart for the filter (more than about 61 to 1 down with the large one, 291 with the small one, 32767
+///   with none) or for the clock (65536 to 1 up), and when one block of about 4000 input samples would
+///   have to store more than 40962 samples. Samples of earlier blocks have then been stored already.
 ///
 /// Any thread; calls share nothing. Takes about 90 KB of the caller's stack and allocates nothing.
 SPEECH_API std::int32_t RATEAPI(const RateRequest* request);

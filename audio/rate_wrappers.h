@@ -20,14 +20,12 @@ extern "C" {
 /// @param inRate       their rate, held to 4000 to 48000 Hz
 /// @param outRate      the new rate, likewise
 /// @param outBits      8 divides every sample by 256 but keeps it a signed 16-bit word; any other width
-/// leaves
-///   it as it is
+///   leaves it as it is
 /// @param outChannels  2 stores every sample twice; the buffer then holds twice as many bytes as the answer
 ///   says
 /// @param resultOut    receives the buffer, which the caller releases with ExternFree
-/// @return two bytes for every converted sample; -1 for an empty input or where memory is short, and nothing
-/// is
-///   stored then
+/// @return two bytes for every converted sample; -1 for an empty input or where memory is short, and
+///   nothing is stored then
 SPEECH_API std::int32_t RATEAPI_PCM2PCM(const std::int16_t* input, const std::int32_t* inputBytes,
                                         std::int32_t inRate, std::int32_t outRate, std::int32_t outBits,
                                         std::int32_t outChannels, std::int16_t** resultOut);
@@ -61,10 +59,10 @@ SPEECH_API std::int32_t RATEAPI_PCM2WAV(const std::int16_t* input, std::int32_t*
 /// @param outBits      8 or 16
 /// @param outChannels  1 (of a stereo input the left channel) or 2; more count as 2
 /// @param outPath      the file to write
-/// @return 1; -1 when the input cannot be read, is not PCM, announces more samples than the file holds, or
-/// has a
-///   rate that the converter cannot take; for other widths, less than one channel, and an output that cannot
-///   be written or is the input file itself. What was at `outPath` is lost then, save in that last case.
+/// @return 1; -1 when the input cannot be read, is not PCM, announces more samples than the file holds,
+///   or has a rate that the converter cannot take; for other widths, less than one channel, and an output
+///   that cannot be written or is the input file itself. What was at `outPath` is lost then, save in that
+///   last case.
 SPEECH_API std::int32_t RATEAPI_WAV2WAV(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                                         std::int32_t outChannels, const char* outPath);
 

@@ -35,9 +35,8 @@ extern "C" {
 /// @param inRate    rate of the input in hertz
 /// @param outRate   rate of the output in hertz
 /// @param channels  interleaved channels, 1 to 1024
-/// @return the conversion, which the caller ends with RATEAPI_MULTI_UNINIT; 0 when the rates are not above 0
-/// or
-///   more than 65536 to 1 apart, for other numbers of channels, and when memory is short
+/// @return the conversion, which the caller ends with RATEAPI_MULTI_UNINIT; 0 when the rates are not
+///   above 0 or more than 65536 to 1 apart, for other numbers of channels, and when memory is short
 SPEECH_API RateStream RATEAPI_MULTI_INIT(double inRate, double outRate, std::int32_t channels);
 
 /// Converts the next block: one half of `inputBytes` and of `outputBytes` is taken as the number of frames at
@@ -51,9 +50,8 @@ SPEECH_API RateStream RATEAPI_MULTI_INIT(double inRate, double outRate, std::int
 /// @param inputBytes   twice their frames
 /// @param output       receives samples
 /// @param outputBytes  twice the frames that it has room for
-/// @return two bytes for every frame stored, or a RateStreamError; the arguments are looked at in the order
-/// of
-///   those errors
+/// @return two bytes for every frame stored, or a RateStreamError; the arguments are looked at in the
+///   order of those errors
 SPEECH_API std::int32_t RATEAPI_MULTI_PROCESS(RateStream stream, const void* input, std::int32_t inputBytes,
                                               void* output, std::int32_t outputBytes);
 

@@ -67,8 +67,7 @@ class Skyvo final : public ITextToSpeech {
   /// Has the service speak a text, and writes its reply's body to a file. Blocks until the reply is there;
   /// there is no time-out. The reply's header lines stay behind in a temporary text file.
   /// @return true when the reply is sound. Else the host has been sent the error's text, where there is one,
-  /// and
-  ///         the failure notice.
+  ///   and the failure notice.
   bool requestSpeech(const wchar_t* text, bool useSsml, const wchar_t* outputPath);
 
  private:

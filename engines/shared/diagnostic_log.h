@@ -13,12 +13,10 @@ namespace speech {
 
 /// Appends one line to today's log.
 /// @param baseFolder  the folder that holds the folder "log", without a trailing separator; made when missing
-/// @param format      printf format of the message; pass callers' text as an argument of "%s", never as the
-/// format.
-///                    A line that would exceed 1023 bytes is cut.
-/// @return 1 when the line was written and the file closed, else 0: the disk is nearly full, another writer
-/// has the
-///         file open, or it cannot be written
+/// @param format      printf format of the message; pass callers' text as an argument of "%s", never as
+///   the format. A line that would exceed 1023 bytes is cut.
+/// @return 1 when the line was written and the file closed, else 0: the disk is nearly full, another
+///   writer has the file open, or it cannot be written
 #if defined(__GNUC__)
 __attribute__((format(printf, 2, 3)))
 #endif
