@@ -38,8 +38,8 @@ bool WavePlayer::playFile(const wchar_t* path) {
     const std::scoped_lock lock(endMutex_);
     noticeMessage_ = 0;
   }
-  letWatcherCatchUp();  // it may be at the end of the utterance before; from here on the reader is this
-                        // thread's
+  // The watcher may be at the end of the utterance before; from here on the reader is this thread's.
+  letWatcherCatchUp();
   if (!load(path)) return false;
   if (FAILED(createBuffer()) || FAILED(armStopNotification())) return false;
   letWatcherCatchUp();  // nothing that the buffer before has signalled may count for this one
