@@ -8,11 +8,8 @@ namespace {
 constexpr int kAttempts = 100;
 constexpr DWORD kPauseMilliseconds = 20;
 
-/// Whether the system's last error may be gone in a moment.
-bool isPassing() {
-  const DWORD error = GetLastError();
-  return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
-}
+/// Whether an error may be gone in a moment.
+bool isPassing(DWORD error) { return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED; }
 
 bool canBeReplaced(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -25,7 +22,11 @@ bool canBeReplaced(const std::wstring& path) {
 bool moveFile(const std::wstring& from, const std::wstring& to) {
   constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_COPY_ALLOWED;
   for (int attempt = 1; !MoveFileExW(from.c_str(), to.c_str(), kFlags); ++attempt) {
-    if (!isPassing() || attempt == kAttempts || !canBeReplaced(to)) return false;
+    const DWORD error = GetLastError();
+    if (!isPassing(error) || attempt == kAttempts || !canBeReplaced(to)) {
+      SetLastError(error);
+      return false;
+    }
     Sleep(kPauseMilliseconds);
   }
   return true;

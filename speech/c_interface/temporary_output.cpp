@@ -6,6 +6,7 @@
 
 #include "speech/c_interface/failure.h"
 #include "win32/move_file.h"
+#include "win32/system_message.h"
 #include "win32/text.h"
 
 namespace speech::c_interface {
@@ -64,8 +65,10 @@ void TemporaryOutput::moveTo(const std::wstring& destination) {
   // By way of a neighbour: from another disk the move is a copy, which can fail halfway.
   const std::wstring neighbour = newFileIn(folderOf(destination));
   if (!neighbour.empty() && moveFile(path_, neighbour) && moveFile(neighbour, destination)) return;
+  const DWORD error = GetLastError();
   if (!neighbour.empty()) DeleteFileW(neighbour.c_str());
-  throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination));
+  throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination) + " (" +
+                                       toUtf8(systemMessage(error)) + ")");
 }
 
 }  // namespace speech::c_interface

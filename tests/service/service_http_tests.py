@@ -174,7 +174,6 @@ class Speaking(ServiceTest):
         self.assertGreater(len(set(at_once)), 90)
 
 
-
 class Refusing(ServiceTest):
     arguments = ("--max-body-bytes", "2000", "--max-text-characters", "100", "--max-speech-seconds", "5")
 

@@ -7,6 +7,7 @@
 
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
+#include "win32/system_message.h"
 #include "win32/unique_handle.h"
 
 namespace speech {
@@ -40,10 +41,18 @@ TEST(Moving, FailureLeavesBothWhereTheyWere) {
   const std::wstring from = folder / L"new", to = folder / L"old";
   std::filesystem::create_directory(to);
   EXPECT_FALSE(moveFile(from, folder / L"nowhere"));
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
   writeFile(from, "new");
   EXPECT_FALSE(moveFile(from, to));
   EXPECT_EQ(readFile(from), "new");
   EXPECT_TRUE(std::filesystem::is_directory(to));
+}
+
+TEST(SystemMessage, IsASentenceOrANumber) {
+  const std::wstring denied = systemMessage(ERROR_ACCESS_DENIED);
+  EXPECT_GT(denied.size(), 8U);
+  EXPECT_EQ(denied.find(L'\n'), denied.npos);
+  EXPECT_EQ(systemMessage(0x2FFFFFFF), std::to_wstring(0x2FFFFFFF));
 }
 
 }  // namespace
