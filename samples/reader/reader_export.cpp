@@ -25,8 +25,8 @@ void ReaderWindow::beginExport() {
   export_.emplace(engine_.handle(), std::move(*text), std::move(*target));
   SendMessageW(controls_.progress, PBM_SETRANGE32, 0, static_cast<LPARAM>(export_->length()));
   SendMessageW(controls_.progress, PBM_SETPOS, 0, 0);
-  showStatus(L"Exporting to " + export_->target().path);
   setActivity(Activity::kRendering);
+  showStatus(L"Exporting to " + export_->target().path);
   // Of all messages those of timers come last: between two pieces the window answers whatever its user
   // has done.
   SetTimer(window_, kExportTimer, USER_TIMER_MINIMUM, nullptr);
@@ -53,6 +53,6 @@ void ReaderWindow::continueExport() {
 void ReaderWindow::endExport(const std::wstring& message) {
   KillTimer(window_, kExportTimer);
   export_.reset();
-  showStatus(message);
   setActivity(Activity::kIdle);
+  showStatus(message);
 }

@@ -30,8 +30,8 @@ void ReaderWindow::speak() {
   std::int32_t result = engine_.use(voice);
   if (result == SPEECH_OK) result = speech_speak_w(engine_.handle(), text->c_str(), 0);
   if (result != SPEECH_OK) return showStatus(describeError(result));
-  showStatus(L"Speaking.");
   setActivity(Activity::kSpeaking);
+  showStatus(L"Speaking.");
 }
 
 void ReaderWindow::pauseOrResume() {
@@ -39,16 +39,17 @@ void ReaderWindow::pauseOrResume() {
   const bool pauses = activity_ == Activity::kSpeaking;
   const std::int32_t result = pauses ? speech_pause(engine_.handle()) : speech_resume(engine_.handle());
   if (result != SPEECH_OK) return showStatus(describeError(result));
-  showStatus(pauses ? L"Paused." : L"Speaking.");
   setActivity(pauses ? Activity::kPaused : Activity::kSpeaking);
+  showStatus(pauses ? L"Paused." : L"Speaking.");
 }
 
 void ReaderWindow::stop() {
   if (activity_ == Activity::kSpeaking || activity_ == Activity::kPaused) {
     const std::int32_t result = speech_stop(engine_.handle());
+    const std::wstring status = result == SPEECH_OK ? L"Stopped." : describeError(result);
     text_.unmark();
-    showStatus(result == SPEECH_OK ? L"Stopped." : describeError(result));
     setActivity(Activity::kIdle);
+    showStatus(status);
   } else if (activity_ == Activity::kRendering) {
     endExport(L"The export was cancelled. Nothing was written.");
   }
@@ -59,8 +60,8 @@ void ReaderWindow::onSpeechEvent(const SpeechEvent& event) {
     text_.markWord(event.utf16_offset, event.utf16_length);
   } else if (event.kind == SPEECH_EVENT_FINISHED) {
     text_.unmark();
-    showStatus(L"Finished.");
     setActivity(Activity::kIdle);
+    showStatus(L"Finished.");
   }
   // SPEECH_EVENT_FAILED says what the result of speech_speak_w says too.
 }

@@ -157,10 +157,10 @@ void ReaderWindow::obey(int command, int notification) {
     case IDC_FILTER:
       if (notification != EN_CHANGE) return;
       voices_.show(windowText(controls_.filter));
+      setActivity(activity_);
       showStatus(voices_.shownCount() == 0 ? L"No voice has such a name or language."
                                            : std::to_wstring(voices_.shownCount()) + L" of " +
                                                  std::to_wstring(voices_.count()) + L" voices.");
-      setActivity(activity_);
       return;
     case IDC_SPEAK:
       return speak();

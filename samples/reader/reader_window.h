@@ -59,6 +59,7 @@ class ReaderWindow {
   void setActivity(Activity activity);
   /// The whole text, or nothing where there is none, which is told.
   std::optional<std::wstring> textToSay() const;
+  /// Comes last: who reads it, a program too, may go on at once.
   void showStatus(const std::wstring& text) const;
   bool isExporting() const { return activity_ == Activity::kRendering || activity_ == Activity::kWriting; }
 

@@ -22,6 +22,7 @@ struct Event {
   uint32_t word1;
   uint32_t word2;
   std::string name;
+  std::chrono::steady_clock::time_point at;
 };
 
 /// Keeps events from any thread. The procedure has no argument of the host's own, so there is one record.
@@ -33,7 +34,7 @@ class EventRecord {
   }
 
   static void LXAPI_CALL procedure(uint32_t tts, int32_t number, const LXEVENT* event) {
-    instance().keep({tts, number, event->word1, event->word2, event->name});
+    instance().keep({tts, number, event->word1, event->word2, event->name, std::chrono::steady_clock::now()});
   }
 
   void clear() {
