@@ -4,6 +4,7 @@
 #include "tests/engines/cloud/faulty_service.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/waiting.h"
 
 namespace speech::test {
 namespace {
@@ -28,7 +29,7 @@ class CCloud : public CInterfaceTest {
 TEST_F(CCloud, TellsStartAndEnd) {
   service_.answerNext("speech:200");
   ASSERT_EQ(speech_speak(engine_, "hello", 0), SPEECH_OK);
-  EXPECT_EQ(speech_wait(engine_, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine_, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
 }
 
@@ -36,7 +37,7 @@ TEST_F(CCloud, AFailedRequestBringsTheServicesWords) {
   service_.answerNext("error:500:out of order");
   EXPECT_EQ(speech_speak(engine_, "hello", 0), SPEECH_ERROR_SERVICE);
   EXPECT_EQ(detail(), "out of order");
-  EXPECT_EQ(speech_wait(engine_, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine_, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("failed -13 [out of order]"));
 }
 
@@ -45,7 +46,7 @@ TEST_F(CCloud, TheEndOfAStoppedSpeechIsNotTakenForTheNextOnes) {
   service_.answerNext("speech:200");
   ASSERT_EQ(speech_speak(engine_, "long", 0), SPEECH_OK);
   ASSERT_EQ(speech_speak(engine_, "short", SPEECH_FLAG_INTERRUPT), SPEECH_OK);
-  EXPECT_EQ(speech_wait(engine_, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine_, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
 }
 

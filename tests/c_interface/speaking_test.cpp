@@ -2,6 +2,7 @@
 
 #include "tests/c_interface/c_interface_fixture.h"
 #include "tests/support/host_window.h"
+#include "tests/support/waiting.h"
 
 namespace speech::test {
 namespace {
@@ -29,7 +30,7 @@ TEST_F(CSpeaking, WordsAreToldInUnitsOfBothEncodings) {
   hearWord(6, 99);  // a length is kept within the text
   hearWord(8, 1);   // there is nothing any more
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "word 0+3 (0+2)", "word 4+4 (3+2)", "word 9+2 (6+2)",
                                         "word 0+3 (0+2)", "word 9+2 (6+2)", "finished"));
   EXPECT_EQ(stateOf(engine), SPEECH_STATE_IDLE);
@@ -50,7 +51,7 @@ TEST_F(CSpeaking, ARefusedTextFailsOnceAndNeverStarts) {
   SpeechEngine const engine = open();
   EXPECT_EQ(speech_speak(engine, "hello", 0), SPEECH_ERROR_REFUSED);
   EXPECT_EQ(stateOf(engine), SPEECH_STATE_IDLE);
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("failed -12 []"));
 }
 
@@ -60,7 +61,7 @@ TEST_F(CSpeaking, AFailureDoesNotTouchTheNextSpeech) {
   EXPECT_EQ(speech_speak(engine, "no", 0), SPEECH_ERROR_REFUSED);
   EXPECT_EQ(speech_speak(engine, "yes", 0), SPEECH_OK);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("failed -12 []", "started", "finished"));
 }
 
@@ -70,7 +71,7 @@ TEST_F(CSpeaking, WhatWasUnderWayIsNotHeardAfterAStop) {
   hearWord(0, 3);
   end();
   ASSERT_EQ(speech_stop(engine), SPEECH_OK);
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), IsEmpty());
 }
 
@@ -95,14 +96,14 @@ TEST_F(CSpeaking, TheEndIsToldFromTheWordThatLooksLikeIt) {
   hearWord(kPlace, 1);
   hearWord(kPlace + 2, 2);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(),
               ElementsAre("started", "word 3858+1 (3858+1)", "word 3860+2 (3860+2)", "finished"));
 
   const std::string withoutWord(kPlace + 5, 'x');
   ASSERT_EQ(speech_speak(engine, withoutWord.c_str(), 0), SPEECH_OK);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
 }
 
@@ -135,13 +136,13 @@ TEST_F(CSpeaking, IsFollowedWhileEventsAreOff) {
   ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
   hearWord(0, 3);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_EQ(stateOf(engine), SPEECH_STATE_IDLE);
   EXPECT_EQ(speech_engine_events(engine, 1), SPEECH_OK);
   EXPECT_THAT(takeEvents(), IsEmpty());
   ASSERT_EQ(speech_speak(engine, "two", 0), SPEECH_OK);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
 }
 
@@ -170,7 +171,7 @@ TEST_F(CSpeaking, ACallbackMaySpeakTheNextText) {
   };
   ASSERT_EQ(speech_speak(engine, "first", 0), SPEECH_OK);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished", "started", "finished", "started", "finished"));
 }
 
@@ -179,7 +180,7 @@ TEST_F(CSpeaking, ACallbackMayCloseTheEngine) {
   reaction_ = [](const SpeechEvent& event) { EXPECT_EQ(speech_engine_close(event.engine), SPEECH_OK); };
   ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
   hearWord(0, 3);
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_ERROR_HANDLE);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_ERROR_HANDLE);
   EXPECT_THAT(takeEvents(), ElementsAre("started"));
   reaction_ = [](const SpeechEvent&) {};
   open(1);
@@ -191,7 +192,7 @@ TEST_F(CSpeaking, AWindowReceivesEveryEventTogetherWithItsKind) {
   ASSERT_EQ(speech_engine_window(engine, window.handle(), HostWindow::kNoticeMessage), SPEECH_OK);
   ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
   end();
-  EXPECT_EQ(speech_wait(engine, -1), SPEECH_OK);
+  EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   const std::vector<Notice> notices = window.takeNotices();
   ASSERT_EQ(notices.size(), 2u);
   EXPECT_EQ(notices[0].wParam, WPARAM{SPEECH_EVENT_STARTED});
@@ -206,7 +207,8 @@ TEST_F(CSpeaking, QuittingEndsTheWaitAndReachesTheProgramsOwnLoop) {
   PostQuitMessage(3);
   EXPECT_EQ(speech_wait(engine, -1), SPEECH_ERROR_QUIT);
   MSG message;
-  EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0));
+  ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+  EXPECT_EQ(message.message, UINT{WM_QUIT});
   EXPECT_EQ(message.wParam, 3u);
 }
 

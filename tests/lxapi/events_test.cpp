@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "tests/lxapi/session.h"
+#include "tests/support/waiting.h"
 
 namespace speech::test {
 namespace {
@@ -75,7 +76,7 @@ TEST_F(Events, OnlyWhatTheMaskNamesIsRaised) {
   record.clear();
   LXAPI_SetEvent(session.tts, nullptr, 63);
   ASSERT_EQ(session.speak("One."), LX_OK);
-  while (session.speak("") == LX_ERROR_BUSY) std::this_thread::sleep_for(10ms);
+  waitUntil("the end of the speech", [&] { return session.speak("") != LX_ERROR_BUSY; });
   EXPECT_TRUE(record.events().empty());
 }
 

@@ -15,6 +15,7 @@
 #include "tests/lxapi/session.h"
 #include "tests/support/binary_file.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/waiting.h"
 #include "tests/support/wav_files.h"
 
 namespace speech::test {
@@ -244,8 +245,8 @@ TEST_F(File, StoppingEndsALongRenderingAndLeavesNoFile) {
   path = folder.path() / "long.wav";
   ASSERT_EQ(LXAPI_SetOutputFile(session.tts, path.string().c_str(), LX_FILE_WAV), LX_OK);
   int32_t result = LX_OK;
-  std::thread writer([&] { result = LXAPI_TextToFile(session.tts, text.c_str(), -1, LX_SPEAK_ASYNC); });
-  while (!std::filesystem::exists(path)) std::this_thread::yield();
+  std::jthread writer([&] { result = LXAPI_TextToFile(session.tts, text.c_str(), -1, LX_SPEAK_ASYNC); });
+  waitUntil("the file", [&] { return std::filesystem::exists(path); });
   EXPECT_EQ(LXAPI_Stop(session.tts), LX_OK);
   writer.join();
   EXPECT_EQ(result, LX_ERROR_FAILED);

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/lxapi/session.h"
+#include "tests/support/waiting.h"
 
 namespace speech::test {
 namespace {
@@ -116,7 +117,7 @@ TEST_F(Playback, TheEventProcedureMayEndTheLibrary) {
   });
   ASSERT_EQ(session.speak(kLong), LX_OK);
   ASSERT_TRUE(record.waitFor(LX_EVENT_WORD));
-  while (LXAPI_Stop(session.tts) == LX_OK) std::this_thread::sleep_for(10ms);
+  waitUntil("the end of the library", [&] { return LXAPI_Stop(session.tts) != LX_OK; });
   EXPECT_EQ(record.count(LX_EVENT_END), 0U);
   ASSERT_EQ(LXAPI_Init(), LX_OK);
 }

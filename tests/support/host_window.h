@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/waiting.h"
+
 namespace speech::test {
 
 struct Notice {
@@ -41,14 +43,14 @@ class HostWindow {
   /// else, marks the end: nothing that is under way is missed, and nothing is waited for.
   std::vector<Notice> takeNotices() {
     PostMessageW(window_, kEndMark, 0, 0);
-    while (!endReached_) dispatchNext();
+    dispatchUntil("the end mark", [this] { return endReached_; });
     endReached_ = false;
     return std::exchange(notices_, {});
   }
 
   /// Dispatches messages until a notice arrives, and returns it.
   Notice waitForNotice() {
-    while (notices_.empty()) dispatchNext();
+    dispatchUntil("a notice", [this] { return !notices_.empty(); });
     const Notice first = notices_.front();
     notices_.erase(notices_.begin());
     return first;
@@ -68,10 +70,21 @@ class HostWindow {
     return RegisterClassW(&description);
   }
 
-  static void dispatchNext() {
-    MSG message;
-    if (GetMessageW(&message, nullptr, 0, 0) <= 0) throw std::runtime_error("the message loop ended");
-    DispatchMessageW(&message);
+  template <class Condition>
+  static void dispatchUntil(const char* awaited, Condition isMet) {
+    const ULONGLONG end = GetTickCount64() + kWaitLimitMilliseconds;
+    while (!isMet()) {
+      MSG message;
+      if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) throw std::runtime_error("the message loop ended");
+        DispatchMessageW(&message);
+        continue;
+      }
+      const ULONGLONG now = GetTickCount64();
+      if (now >= end) failWaitingFor(awaited);
+      MsgWaitForMultipleObjectsEx(0, nullptr, static_cast<DWORD>(end - now), QS_ALLINPUT,
+                                  MWMO_INPUTAVAILABLE);
+    }
   }
 
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
