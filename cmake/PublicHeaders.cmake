@@ -4,8 +4,7 @@
 
 file(GLOB_RECURSE speech_public_headers RELATIVE "${PROJECT_SOURCE_DIR}"
   "${PROJECT_SOURCE_DIR}/include/*.h")
-file(GLOB other_headers RELATIVE "${PROJECT_SOURCE_DIR}"
-  "${PROJECT_SOURCE_DIR}/framework/*.h" "${PROJECT_SOURCE_DIR}/lxapi/*.h")
+file(GLOB other_headers RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/framework/*.h")
 list(APPEND speech_public_headers ${other_headers})
 # Of the audio library, what declares exported functions is public.
 file(GLOB audio_headers RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/audio/*.h")
