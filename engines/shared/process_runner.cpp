@@ -11,30 +11,26 @@
 namespace speech {
 namespace {
 
-/// Dispatches what waits in the thread's queue. A request to quit is handed back: it is for the host's own
-/// loop.
-std::optional<WPARAM> dispatchPendingMessages() {
-  std::optional<WPARAM> quit;
+/// Dispatches the next message of the thread's queue, if there is one. A request to quit is returned instead:
+/// it is for the host's own loop.
+std::optional<WPARAM> dispatchNextMessage() {
   MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    if (message.message == WM_QUIT) {
-      quit = message.wParam;
-      continue;
-    }
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-  return quit;
+  if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) return std::nullopt;
+  if (message.message == WM_QUIT) return message.wParam;
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+  return std::nullopt;
 }
 
 void waitPumpingMessages(HANDLE process) {
   constexpr DWORD kMessageArrived = WAIT_OBJECT_0 + 1;
   std::optional<WPARAM> quit;
-  DWORD answer = kMessageArrived;
-  while (answer == kMessageArrived) {
-    if (const auto asked = dispatchPendingMessages()) quit = asked;
-    answer = MsgWaitForMultipleObjectsEx(1, &process, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-  }
+  // The process is looked at after every message, and comes first in the wait: the queue of a busy window may
+  // never be empty.
+  do {
+    if (const auto requested = dispatchNextMessage()) quit = requested;
+  } while (MsgWaitForMultipleObjectsEx(1, &process, INFINITE, QS_ALLINPUT, MWMO_INPUTAVAILABLE) ==
+           kMessageArrived);
   if (quit) PostQuitMessage(static_cast<int>(*quit));
 }
 

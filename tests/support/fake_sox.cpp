@@ -1,5 +1,6 @@
-// Stands in for sox.exe: says how it was called, in a file named by FAKE_SOX_LOG, and then does what
-// FAKE_SOX_MODE asks for: "fail", "crash", or write a file to its last argument.
+// Stands in for sox.exe: it appends a line to the file that FAKE_SOX_LOG names, "hidden " or "shown " and its
+// command line, and then does what FAKE_SOX_MODE asks for: "fail", "crash", or write a file to its last
+// argument.
 
 #include <windows.h>
 
@@ -25,7 +26,10 @@ std::string utf8(const wchar_t* text) {
 
 int wmain(int argumentCount, wchar_t** arguments) {
   std::ofstream log(environmentText(L"FAKE_SOX_LOG").c_str(), std::ios::binary | std::ios::app);
-  log << utf8(GetCommandLineW()) << '\n';
+  STARTUPINFOW start{};
+  GetStartupInfoW(&start);
+  const bool isHidden = (start.dwFlags & STARTF_USESHOWWINDOW) != 0 && start.wShowWindow == SW_HIDE;
+  log << (isHidden ? "hidden " : "shown ") << utf8(GetCommandLineW()) << '\n';
   log.close();
   const std::wstring mode = environmentText(L"FAKE_SOX_MODE");
   if (mode == L"fail") return 2;
