@@ -1,5 +1,6 @@
 // Speaking through the C interface, and the events that come of it.
 
+#include "engines/shared/module_state.h"
 #include "tests/c_interface/c_interface_fixture.h"
 #include "tests/support/host_window.h"
 #include "tests/support/waiting.h"
@@ -71,6 +72,7 @@ TEST_F(CSpeaking, WhatWasUnderWayIsNotHeardAfterAStop) {
   hearWord(0, 3);
   end();
   ASSERT_EQ(speech_stop(engine), SPEECH_OK);
+  hearWord(4, 3);
   EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_OK);
   EXPECT_THAT(takeEvents(), IsEmpty());
 }
@@ -146,6 +148,15 @@ TEST_F(CSpeaking, IsFollowedWhileEventsAreOff) {
   EXPECT_THAT(takeEvents(), ElementsAre("started", "finished"));
 }
 
+TEST_F(CSpeaking, ADeviceGoesByItsNumber) {
+  SpeechEngine const engine = open();
+  for (const std::int32_t device : {0, -1}) {
+    EXPECT_EQ(speech_set_output_device(engine, device), SPEECH_OK);
+    EXPECT_THAT(recording().takeCalls(),
+                ElementsAre("LXAPI_SetOutputAudio(1, {1, 16, 22050, " + std::to_string(device) + "})"));
+  }
+}
+
 TEST_F(CSpeaking, UnloadingStopsAndLoadingTakesTheEngineBack) {
   SpeechEngine const engine = open();
   ASSERT_EQ(speech_speak(engine, "one", 0), SPEECH_OK);
@@ -182,6 +193,7 @@ TEST_F(CSpeaking, ACallbackMayCloseTheEngine) {
   hearWord(0, 3);
   EXPECT_EQ(speech_wait(engine, kWaitLimitMilliseconds), SPEECH_ERROR_HANDLE);
   EXPECT_THAT(takeEvents(), ElementsAre("started"));
+  EXPECT_EQ(g_hostWindow.load(), nullptr) << "where the engine's thread would post";
   reaction_ = [](const SpeechEvent&) {};
   open(1);
 }
