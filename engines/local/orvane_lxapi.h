@@ -5,6 +5,8 @@
 
 #include <speech/text_to_speech.h>
 
+#include "engines/shared/user_message.h"
+
 namespace speech {
 
 /// The local engine: drives an installed synthesis engine through the engine library. It borrows its two
@@ -35,6 +37,8 @@ class OrvaneLXAPI final : public ITextToSpeech {
   ~OrvaneLXAPI() override;
   int getUserDictLimit(intptr_t a) override;
   unsigned short loadUserDict(const char* path) override;
+  /// The same with failures reported otherwise than in a message box.
+  unsigned short loadUserDict(const char* path, const UserReport& report);
   int unloadUserDict(int number) override;
   int checkUserDictTargetNorm(intptr_t a) override;
   int checkUserDictTargetPhon(intptr_t a) override;
@@ -64,8 +68,8 @@ class OrvaneLXAPI final : public ITextToSpeech {
  private:
   template <class... Arguments>
   int callInternal(const char* name, Arguments... arguments) const;
-  unsigned short loadWordList(const char* path);
-  unsigned short loadLexicon(const char* path) const;
+  unsigned short loadWordList(const char* path, const UserReport& report);
+  unsigned short loadLexicon(const char* path, const UserReport& report) const;
 
   TextToSpeech_Options options;
   /// The product's engine, which dictionaries and the comma pause belong to.

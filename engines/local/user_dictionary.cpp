@@ -5,7 +5,6 @@
 
 #include "engines/local/orvane_lxapi.h"
 #include "engines/shared/guarded.h"
-#include "engines/shared/user_message.h"
 #include "lxapi/lxapi.h"
 #include "win32/file.h"
 #include "win32/text.h"
@@ -29,34 +28,36 @@ bool hasContent(const char* path) {
   return file != nullptr && std::fseek(file.get(), 0, SEEK_END) == 0 && std::ftell(file.get()) > 0;
 }
 
-void reportLoadFailure(const char* path, int unloadResult, int loadResult) {
+void reportLoadFailure(const UserReport& report, const char* path, int unloadResult, int loadResult) {
   CStringW message;
   message.Format(L"User dictionary load failed.\nFile name : %s\nError code : %d %d",
                  fromThreadCodePage(path).c_str(), unloadResult, loadResult);
-  showUserMessage(message);
+  report(message);
 }
 
 }  // namespace
 
-unsigned short OrvaneLXAPI::loadUserDict(const char* path) {
+unsigned short OrvaneLXAPI::loadUserDict(const char* path) { return loadUserDict(path, showUserMessage); }
+
+unsigned short OrvaneLXAPI::loadUserDict(const char* path, const UserReport& report) {
   const char* const file = path != nullptr ? path : "";
-  if (!isWordList(file)) return guarded(kLexiconResult, [&] { return loadLexicon(file); });
-  return guarded(static_cast<unsigned short>(LX_ERROR_MEMORY), [&] { return loadWordList(file); });
+  if (!isWordList(file)) return guarded(kLexiconResult, [&] { return loadLexicon(file, report); });
+  return guarded(static_cast<unsigned short>(LX_ERROR_MEMORY), [&] { return loadWordList(file, report); });
 }
 
-unsigned short OrvaneLXAPI::loadWordList(const char* path) {
+unsigned short OrvaneLXAPI::loadWordList(const char* path, const UserReport& report) {
   if (!hasContent(path)) return 0;
   const int unloadResult = static_cast<short>(unloadUserDict(kWordListNumber));
   const int loadResult = LXAPI_LoadUserDict(engineHandle, kWordListNumber, path);
-  if (loadResult != LX_OK) reportLoadFailure(path, unloadResult, loadResult);
+  if (loadResult != LX_OK) reportLoadFailure(report, path, unloadResult, loadResult);
   return static_cast<unsigned short>(loadResult);
 }
 
-unsigned short OrvaneLXAPI::loadLexicon(const char* path) const {
+unsigned short OrvaneLXAPI::loadLexicon(const char* path, const UserReport& report) const {
   if (LXAPI_SetLexiconHandle(ttsHandle, LXAPI_CreateLexiconHandle(path)) != LX_OK) {
-    reportLoadFailure(path, -1, -1);
+    reportLoadFailure(report, path, -1, -1);
   } else if (LXAPI_SetAttr(ttsHandle, LX_ATTR_LEXICON, 0) != LX_OK) {
-    showUserMessage(L"LXAPI_SetAttr failed.");
+    report(L"LXAPI_SetAttr failed.");
   }
   // Kept: success and failure alike.
   return kLexiconResult;

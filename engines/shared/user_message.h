@@ -1,14 +1,13 @@
 #pragma once
 
+#include <functional>
+
 namespace speech {
+
+/// Where an operation reports what a user should know.
+using UserReport = std::function<void(const wchar_t* text)>;
 
 /// Shows a message to the user in a modal box with an OK button; returns once the user has closed it.
 void showUserMessage(const wchar_t* text);
-
-/// How showUserMessage shows its text.
-using UserMessageBox = void (*)(const wchar_t* text);
-
-/// Replaces the box, so that tests need no user; null restores it.
-void setUserMessageBox(UserMessageBox box);
 
 }  // namespace speech

@@ -1,8 +1,6 @@
 // User dictionaries.
 
-#include <optional>
-
-#include "engines/shared/user_message.h"
+#include "engines/local/orvane_lxapi.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/temporary_output.h"
@@ -12,24 +10,6 @@
 
 namespace speech::c_interface {
 namespace {
-
-/// Keeps what the engine would tell the user in a box, for a scope: a caller of this interface tells him by
-/// its own means.
-class BoxesHeld {
- public:
-  BoxesHeld() {
-    message_.reset();
-    setUserMessageBox([](const wchar_t* text) { message_ = toUtf8(text); });
-  }
-  BoxesHeld(const BoxesHeld&) = delete;
-  BoxesHeld& operator=(const BoxesHeld&) = delete;
-  ~BoxesHeld() { setUserMessageBox(nullptr); }
-
-  const std::optional<std::string>& message() const { return message_; }
-
- private:
-  static inline std::optional<std::string> message_;
-};
 
 bool hasContent(const std::wstring& path) {
   const File file = openFile(path.c_str(), L"rb");
@@ -43,10 +23,11 @@ std::int32_t load(SpeechEngine handle, const Char* path) {
     engine.requireLocal();
     if (!hasContent(wide))
       throw Failure(SPEECH_ERROR_FILE, "The dictionary is missing or empty: " + toUtf8(wide));
-    const BoxesHeld boxes;
-    // The result says little: it is the same for every lexicon. The box tells failure from success.
-    engine.instance().loadUserDict(toThreadCodePage(narrowPath(wide)).c_str());
-    if (boxes.message()) throw Failure(SPEECH_ERROR_DICTIONARY, *boxes.message());
+    // Every lexicon gets the same result, so the message for the user is what shows a failure.
+    std::string failure;
+    engine.local().loadUserDict(toThreadCodePage(narrowPath(wide)).c_str(),
+                                [&](const wchar_t* text) { failure = toUtf8(text); });
+    if (!failure.empty()) throw Failure(SPEECH_ERROR_DICTIONARY, failure);
   });
 }
 

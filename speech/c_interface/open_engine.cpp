@@ -1,5 +1,6 @@
 #include "speech/c_interface/open_engine.h"
 
+#include "engines/local/orvane_lxapi.h"
 #include "engines/shared/module_state.h"
 #include "speech/c_interface/module_folder.h"
 #include "speech/c_interface/session.h"
@@ -103,6 +104,11 @@ void OpenEngine::loadAgain() {
 
 void OpenEngine::requireLocal() const {
   if (isCloud_) throw Failure(SPEECH_ERROR_UNSUPPORTED);
+}
+
+OrvaneLXAPI& OpenEngine::local() const {
+  requireLocal();
+  return static_cast<OrvaneLXAPI&>(*instance_);
 }
 
 void OpenEngine::requireIdle() {

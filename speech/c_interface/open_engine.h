@@ -12,6 +12,10 @@
 #include "speech/c_interface/failure.h"
 #include "speech/c_interface/spoken_text.h"
 
+namespace speech {
+class OrvaneLXAPI;
+}
+
 namespace speech::c_interface {
 
 /// The live engine as the C interface sees it: what it is doing, and whom its events go to.
@@ -54,6 +58,7 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
 
   /// Fails for a cloud voice.
   void requireLocal() const;
+  OrvaneLXAPI& local() const;
 
   /// Delivers the events that are due, then fails while the engine is speaking: exports need it for
   /// themselves. A callback may have closed the engine: fails then too.

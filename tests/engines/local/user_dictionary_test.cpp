@@ -1,4 +1,4 @@
-#include "engines/shared/user_message.h"
+#include "engines/local/orvane_lxapi.h"
 #include "tests/engines/local/local_engine_test.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
@@ -11,11 +11,10 @@ using ::testing::IsEmpty;
 
 class LocalDictionary : public LocalEngineTest {
  protected:
-  LocalDictionary() {
-    messages_.clear();
-    setUserMessageBox([](const wchar_t* text) { messages_.emplace_back(text); });
+  unsigned short load(const char* path) {
+    return dynamic_cast<OrvaneLXAPI&>(*engine_).loadUserDict(
+        path, [this](const wchar_t* text) { messages_.emplace_back(text); });
   }
-  ~LocalDictionary() override { setUserMessageBox(nullptr); }
 
   std::string file(const char* name, const char* content) const {
     writeFile(folder_ / name, content);
@@ -27,16 +26,14 @@ class LocalDictionary : public LocalEngineTest {
            L"\nError code : " + codes;
   }
 
-  static std::vector<std::wstring> messages_;
+  std::vector<std::wstring> messages_;
   TemporaryFolder folder_;
 };
-
-std::vector<std::wstring> LocalDictionary::messages_;
 
 TEST_F(LocalDictionary, AWordListReplacesDictionaryZero) {
   for (const char* const name : {"words.csv", "WORDS2.CSV"}) {
     const std::string path = file(name, "a,b\n");
-    EXPECT_EQ(engine_->loadUserDict(path.c_str()), 0);
+    EXPECT_EQ(load(path.c_str()), 0);
     EXPECT_THAT(recording().takeCalls(),
                 ElementsAre("LXAPI_UnloadUserDict(101, 0)", "LXAPI_LoadUserDict(101, 0, \"" + path + "\")"));
   }
@@ -44,8 +41,8 @@ TEST_F(LocalDictionary, AWordListReplacesDictionaryZero) {
 }
 
 TEST_F(LocalDictionary, AnEmptyOrMissingWordListIsPassedOverInSilence) {
-  EXPECT_EQ(engine_->loadUserDict(file("empty.csv", "").c_str()), 0);
-  EXPECT_EQ(engine_->loadUserDict((folder_ / "missing.csv").string().c_str()), 0);
+  EXPECT_EQ(load(file("empty.csv", "").c_str()), 0);
+  EXPECT_EQ(load((folder_ / "missing.csv").string().c_str()), 0);
   EXPECT_THAT(recording().takeCalls(), IsEmpty());
   EXPECT_THAT(messages_, IsEmpty());
 }
@@ -54,14 +51,14 @@ TEST_F(LocalDictionary, ARefusedWordListIsShownWithBothResults) {
   const std::string path = file("words.csv", "a,b\n");
   recording().answer("LXAPI_UnloadUserDict", 0x1FFFE);  // -2 in 16 bits
   recording().answer("LXAPI_LoadUserDict", -9);
-  EXPECT_EQ(engine_->loadUserDict(path.c_str()), 65527);
+  EXPECT_EQ(load(path.c_str()), 65527);
   EXPECT_THAT(messages_, ElementsAre(failure(path, L"-2 -9")));
 }
 
 TEST_F(LocalDictionary, EverythingElseIsALexiconAndAlwaysAnswers65535) {
   for (const char* const path : {"C:\\a.lex", "C:\\noextension", "C:\\a.csv.bak"}) {
     start({.key1 = L"A"});
-    EXPECT_EQ(engine_->loadUserDict(path), 65535);
+    EXPECT_EQ(load(path), 65535);
     EXPECT_THAT(recording().takeCalls(),
                 ElementsAre("LXAPI_CreateLexiconHandle(\"" + std::string(path) + "\")",
                             "LXAPI_SetLexiconHandle(1, 2)", "LXAPI_SetAttr(1, 4, 0)"));
@@ -69,17 +66,17 @@ TEST_F(LocalDictionary, EverythingElseIsALexiconAndAlwaysAnswers65535) {
   EXPECT_THAT(messages_, IsEmpty());
 
   recording().answer("LXAPI_SetAttr", -7);
-  EXPECT_EQ(engine_->loadUserDict("C:\\a.lex"), 65535);
+  EXPECT_EQ(load("C:\\a.lex"), 65535);
   EXPECT_THAT(messages_, ElementsAre(L"LXAPI_SetAttr failed."));
 
   messages_.clear();
   recording().answer("LXAPI_SetLexiconHandle", -2);
   recording().takeCalls();
-  EXPECT_EQ(engine_->loadUserDict("C:\\a.lex"), 65535);
+  EXPECT_EQ(load("C:\\a.lex"), 65535);
   EXPECT_THAT(messages_, ElementsAre(failure("C:\\a.lex", L"-1 -1")));
   EXPECT_EQ(recording().takeCalls().size(), 2u);
 
-  EXPECT_EQ(engine_->loadUserDict(nullptr), 65535);
+  EXPECT_EQ(load(nullptr), 65535);
 }
 
 TEST_F(LocalDictionary, AnEngineOfTypeNvUnloadsDictionaryOne) {
