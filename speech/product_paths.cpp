@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 
 namespace speech {
 namespace {

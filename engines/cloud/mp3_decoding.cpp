@@ -7,10 +7,10 @@
 #include <cstring>
 #include <span>
 
+#include "base/file.h"
 #include "engines/cloud/decoder.h"
 #include "engines/cloud/reference_comparison.h"
 #include "engines/cloud/temporary_names.h"
-#include "win32/file.h"
 #include "win32/text.h"
 
 namespace speech {

@@ -10,11 +10,11 @@
 #include <new>
 #include <string>
 
+#include "base/file.h"
 #include "engines/cloud/skyvo.h"
 #include "engines/cloud/temporary_names.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/module_state.h"
-#include "win32/file.h"
 #include "win32/text.h"
 
 namespace speech {

@@ -19,7 +19,7 @@
 #include "engines/shared/sox.h"
 #include "engines/shared/speak_flags.h"
 #include "lxapi/lxapi.h"
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 #include "win32/text.h"
 
 namespace speech {

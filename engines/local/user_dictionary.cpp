@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/file.h"
 #include "engines/local/orvane_lxapi.h"
 #include "engines/shared/guarded.h"
 #include "lxapi/lxapi.h"
-#include "win32/file.h"
 #include "win32/text.h"
 
 namespace speech {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "engines/shared/diagnostic_log.h"
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 #include "win32/text.h"
 
 namespace speech {

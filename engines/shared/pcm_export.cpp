@@ -7,11 +7,11 @@
 
 #include <speech/formats.h>
 
+#include "base/file.h"
 #include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"
 #include "engines/shared/process_runner.h"
 #include "engines/shared/sox.h"
-#include "win32/file.h"
 
 namespace speech {
 namespace {

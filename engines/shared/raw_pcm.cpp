@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "win32/file.h"
+#include "base/file.h"
 
 namespace speech {
 namespace {

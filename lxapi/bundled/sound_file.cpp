@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "audio/wav_header.h"
+#include "base/file.h"
 #include "lxapi/bundled/companding.h"
 #include "lxapi/bundled/synthesizer.h"
-#include "win32/file.h"
 
 namespace lxapi {
 namespace {

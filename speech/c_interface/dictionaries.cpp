@@ -5,7 +5,7 @@
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/temporary_output.h"
 #include "speech/c_interface/text.h"
-#include "win32/file.h"
+#include "base/file.h"
 #include "win32/text.h"
 
 namespace speech::c_interface {

@@ -1,8 +1,8 @@
 #include "speech/c_interface/sample_files.h"
 
 #include "audio/wav_header.h"
+#include "base/file.h"
 #include "speech/c_interface/failure.h"
-#include "win32/file.h"
 
 namespace speech::c_interface {
 namespace {

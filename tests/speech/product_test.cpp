@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "tests/support/recording_engine.h"
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 
 namespace speech::test {
 namespace {

@@ -7,6 +7,7 @@
 
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
+#include "win32/paths.h"
 #include "win32/system_message.h"
 #include "win32/unique_handle.h"
 
@@ -46,6 +47,24 @@ TEST(Moving, FailureLeavesBothWhereTheyWere) {
   EXPECT_FALSE(moveFile(from, to));
   EXPECT_EQ(readFile(from), "new");
   EXPECT_TRUE(std::filesystem::is_directory(to));
+}
+
+TEST(NarrowPath, TakesTheShortFormWhereTheCodePageLacksACharacter) {
+  const test::TemporaryFolder folder;
+  const std::wstring french = folder / L"caf\u00e9";
+  EXPECT_EQ(narrowPath(french), toSystemCodePage(french));
+  const std::wstring chinese = folder / L"\u4e2d";
+  EXPECT_EQ(narrowPath(chinese), std::nullopt);
+  std::filesystem::create_directory(chinese);
+  writeFile(chinese + L"\\file", "content");
+  for (const auto& narrow : {narrowPath(chinese + L"\\file"), narrowPathOfNewFile(chinese + L"\\new")}) {
+    ASSERT_TRUE(narrow);
+    EXPECT_EQ(fromSystemCodePage(*narrow).find(L'?'), std::wstring::npos);
+  }
+  EXPECT_EQ(readFile(fromSystemCodePage(*narrowPath(chinese + L"\\file"))), "content");
+  writeFile(fromSystemCodePage(*narrowPathOfNewFile(chinese + L"\\new")), "new");
+  EXPECT_EQ(readFile(chinese + L"\\new"), "new");
+  EXPECT_EQ(narrowPathOfNewFile(chinese + L"\\\u4e2d"), std::nullopt);
 }
 
 TEST(SystemMessage, IsASentenceOrANumber) {

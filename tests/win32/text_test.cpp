@@ -29,6 +29,9 @@ TEST(Text, MalformedUtf8BecomesTheReplacementCharacter) {
             L"a\ufffd"
             L"b");
   EXPECT_EQ(fromUtf8("\xf0\x9f\x98\x80"), (std::wstring{0xD83D, 0xDE00}));
+  EXPECT_EQ(fromWellFormedUtf8("\xf0\x9f\x98\x80"), (std::wstring{0xD83D, 0xDE00}));
+  EXPECT_EQ(fromWellFormedUtf8(""), L"");
+  EXPECT_EQ(fromWellFormedUtf8("a\xff"), std::nullopt);
 }
 
 TEST(Text, NarrowTextIsInTheThreadsCodePage) {
@@ -36,6 +39,8 @@ TEST(Text, NarrowTextIsInTheThreadsCodePage) {
   EXPECT_EQ(toThreadCodePage(L"caf\u00e9"), "caf\xe9");
   EXPECT_EQ(fromThreadCodePage("caf\xe9 \x80"), L"caf\u00e9 \u20ac");
   EXPECT_EQ(toThreadCodePage(L"\u4e2d"), "?");
+  EXPECT_EQ(toNarrowExactly(L"caf\u00e9", CodePage::kThread), "caf\xe9");
+  EXPECT_EQ(toNarrowExactly(L"\u4e2d", CodePage::kThread), std::nullopt);
 }
 
 TEST(Text, NullStandsForTheEmptyText) {

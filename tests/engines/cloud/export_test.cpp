@@ -6,7 +6,7 @@
 
 #include "tests/engines/cloud/cloud_engine_test.h"
 #include "tests/engines/cloud/faulty_service.h"
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 
 namespace speech {
 namespace {

@@ -4,13 +4,13 @@
 #include <cstring>
 #include <regex>
 
+#include "base/file.h"
 #include "engines/cloud/decoder.h"
 #include "engines/cloud/reference_comparison.h"
 #include "engines/cloud/temporary_names.h"
 #include "tests/engines/cloud/wav_bytes.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
-#include "win32/file.h"
 
 namespace speech {
 namespace {

@@ -19,7 +19,7 @@
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wav_files.h"
-#include "win32/known_folders.h"
+#include "win32/paths.h"
 
 namespace speech::test {
 

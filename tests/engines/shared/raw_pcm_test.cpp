@@ -4,9 +4,9 @@
 
 #include <string>
 
+#include "base/file.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
-#include "win32/file.h"
 
 namespace speech {
 namespace {
