@@ -1,11 +1,11 @@
 // User dictionaries.
 
+#include "base/file.h"
 #include "engines/local/orvane_lxapi.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/temporary_output.h"
 #include "speech/c_interface/text.h"
-#include "base/file.h"
 #include "win32/text.h"
 
 namespace speech::c_interface {
