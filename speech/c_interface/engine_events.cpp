@@ -1,11 +1,100 @@
-// From the library's notices to the events of the C interface.
+#include "speech/c_interface/engine_events.h"
+
+#include <algorithm>
+#include <cwctype>
+#include <string_view>
 
 #include <speech/notices.h>
 
+#include "engines/shared/guarded.h"
 #include "speech/c_interface/open_engine.h"
+#include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
+#include "win32/paths.h"
 
 namespace speech::c_interface {
+namespace {
+
+constexpr wchar_t kClassName[] = L"SpeechEventWindow";
+
+bool isEndOrFailure(WPARAM wParam, LPARAM lParam) {
+  return wParam == kNoticeFinishedOrFailed && lParam == kDetailFinishedOrFailed;
+}
+
+bool isSurrogate(wchar_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+
+/// Bytes of the UTF-8 form; a surrogate counts for half of its pair's four.
+std::size_t utf8Size(std::wstring_view units) {
+  std::size_t bytes = 0;
+  for (const wchar_t unit : units) bytes += unit < 0x80 ? 1u : unit < 0x800 || isSurrogate(unit) ? 2u : 3u;
+  return bytes;
+}
+
+}  // namespace
+
+EventWindow::EventWindow(Receiver receiver) : receiver_(std::move(receiver)) {
+  WNDCLASSW description = {};
+  description.lpfnWndProc = procedure;
+  description.hInstance = thisModule();
+  description.lpszClassName = kClassName;
+  RegisterClassW(&description);
+  window_ = CreateWindowExW(0, kClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, thisModule(), nullptr);
+  if (window_ == nullptr) throw Failure(SPEECH_ERROR_MEMORY, "Windows made no window.");
+  SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+EventWindow::~EventWindow() {
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(window_);
+  // The class must not outlive the library's code.
+  UnregisterClassW(kClassName, thisModule());
+}
+
+void EventWindow::deliverPending(HWND window) {
+  MSG message;
+  while (IsWindow(window) && PeekMessageW(&message, window, kNotice, kFailed, PM_REMOVE))
+    DispatchMessageW(&message);
+}
+
+bool EventWindow::dropNotices() const {
+  bool hadFailure = false;
+  MSG message;
+  while (PeekMessageW(&message, window_, kNotice, kNotice, PM_REMOVE))
+    hadFailure |= isEndOrFailure(message.wParam, message.lParam);
+  return hadFailure;
+}
+
+LRESULT CALLBACK EventWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto* const self = reinterpret_cast<const EventWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  const bool isOurs = (message >= kNotice && message <= kFailed) || message == WM_COPYDATA;
+  if (self == nullptr || !isOurs) return DefWindowProcW(window, message, wParam, lParam);
+  guarded([&] {
+    const Receiver receiver = self->receiver_;  // outlives the window, which it may destroy
+    receiver(message, wParam, lParam);
+  });
+  return TRUE;
+}
+
+bool SpokenText::hear(TextRange& word) {
+  if (word.length == 0 || word.offset >= text_.size()) return false;
+  word.length = static_cast<std::uint32_t>(std::min<std::size_t>(word.length, text_.size() - word.offset));
+  heardUpTo_ = std::max<std::size_t>(heardUpTo_, word.offset + word.length);
+  return true;
+}
+
+TextRange SpokenText::inUtf8(TextRange word) {
+  if (word.offset < knownUnit_) knownUnit_ = knownByte_ = 0;
+  const std::wstring_view text = text_;
+  knownByte_ += utf8Size(text.substr(knownUnit_, word.offset - knownUnit_));
+  knownUnit_ = word.offset;
+  return {static_cast<std::uint32_t>(knownByte_),
+          static_cast<std::uint32_t>(utf8Size(text.substr(word.offset, word.length)))};
+}
+
+bool SpokenText::expectsOneLetterWordAt(std::size_t offset) const {
+  const auto isLetter = [this](std::size_t at) { return at < text_.size() && std::iswalnum(text_[at]) != 0; };
+  return heardUpTo_ <= offset && isLetter(offset) && !isLetter(offset - 1) && !isLetter(offset + 1);
+}
 
 void OpenEngine::receive(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
@@ -42,8 +131,7 @@ void OpenEngine::receiveNotice(WPARAM wParam, LPARAM lParam) {
     receiveCloudNotice(wParam);
     return;
   }
-  if (wParam == kNoticeFinishedOrFailed && lParam == kDetailFinishedOrFailed &&
-      !spoken_.expectsOneLetterWordAt(wParam)) {
+  if (isEndOrFailure(wParam, lParam) && !spoken_.expectsOneLetterWordAt(wParam)) {
     finish();
     deliver(SPEECH_EVENT_FINISHED);
     return;

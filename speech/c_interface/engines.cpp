@@ -1,6 +1,5 @@
-// Opening engines and setting them up.
+// speech/c/engines.h: opening engines and setting them up.
 
-#include "speech/c_interface/catalogue.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
@@ -28,8 +27,8 @@ std::int32_t setToolFolder(SpeechEngine handle, const Char* folder) {
 
 using namespace speech::c_interface;
 
-int32_t SPEECH_CALL speech_engine_open(int32_t voice, SpeechCallback callback, void* user,
-                                       SpeechEngine* engine) {
+std::int32_t SPEECH_CALL speech_engine_open(std::int32_t voice, SpeechCallback callback, void* user,
+                                            SpeechEngine* engine) {
   return answeredWhenFree([&] {
     required(engine);
     requireNoForeignEngine();
@@ -42,7 +41,7 @@ int32_t SPEECH_CALL speech_engine_open(int32_t voice, SpeechCallback callback, v
   });
 }
 
-int32_t SPEECH_CALL speech_engine_window(SpeechEngine engine, void* window, uint32_t message) {
+std::int32_t SPEECH_CALL speech_engine_window(SpeechEngine engine, void* window, std::uint32_t message) {
   return answeredBy(engine, [&](OpenEngine& open) {
     auto* const target = static_cast<HWND>(window);
     if (target != nullptr && !isWindowOfThisThread(target)) throw Failure(SPEECH_ERROR_ARGUMENT);
@@ -50,42 +49,42 @@ int32_t SPEECH_CALL speech_engine_window(SpeechEngine engine, void* window, uint
   });
 }
 
-int32_t SPEECH_CALL speech_engine_events(SpeechEngine engine, int32_t on) {
+std::int32_t SPEECH_CALL speech_engine_events(SpeechEngine engine, std::int32_t on) {
   return answeredBy(engine, [&](OpenEngine& open) { open.setEventsOn(on != 0); });
 }
 
-int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, int32_t* voice) {
+std::int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, std::int32_t* voice) {
   return answeredBy(engine, [&](OpenEngine& open) { *required(voice) = open.voice(); });
 }
 
-int32_t SPEECH_CALL speech_engine_reload(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_engine_reload(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) {
     open.unload();
     open.loadAgain();
   });
 }
 
-int32_t SPEECH_CALL speech_engine_unload(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_engine_unload(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) { open.unload(); });
 }
 
-int32_t SPEECH_CALL speech_engine_load(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_engine_load(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) { open.loadAgain(); });
 }
 
-int32_t SPEECH_CALL speech_engine_close(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_engine_close(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine&) { closeEngine(); });
 }
 
-int32_t SPEECH_CALL speech_set_tool_folder(SpeechEngine engine, const char* folder) {
+std::int32_t SPEECH_CALL speech_set_tool_folder(SpeechEngine engine, const char* folder) {
   return setToolFolder(engine, folder);
 }
 
-int32_t SPEECH_CALL speech_set_tool_folder_w(SpeechEngine engine, const wchar_t* folder) {
+std::int32_t SPEECH_CALL speech_set_tool_folder_w(SpeechEngine engine, const wchar_t* folder) {
   return setToolFolder(engine, folder);
 }
 
-int32_t SPEECH_CALL speech_set_output_device(SpeechEngine engine, int32_t device) {
+std::int32_t SPEECH_CALL speech_set_output_device(SpeechEngine engine, std::int32_t device) {
   return answeredBy(engine, [&](OpenEngine& open) {
     if (device < -1 || device == INT32_MAX) throw Failure(SPEECH_ERROR_ARGUMENT);
     open.instance().setOutputAudio(device + 1);  // which counts devices from 1

@@ -1,9 +1,8 @@
 #include "speech/c_interface/open_engine.h"
 
-#include "engines/local/orvane_lxapi.h"
 #include "engines/shared/module_state.h"
-#include "speech/c_interface/module_folder.h"
 #include "speech/c_interface/session.h"
+#include "win32/paths.h"
 
 namespace speech::c_interface {
 
@@ -11,7 +10,7 @@ OpenEngine::OpenEngine(SpeechEngine handle, std::int32_t voice, LXAPIProduct& pr
     : handle_(handle),
       voice_(voice),
       product_(product),
-      isCloud_(product.getEngineType().CompareNoCase(L"skyvo") == 0),
+      isCloud_(isCloudVoice(product)),
       listener_(listener) {}
 
 void OpenEngine::load() {
@@ -23,7 +22,7 @@ void OpenEngine::load() {
   instance_ = ITextToSpeech::getInstance(window_->handle(), EventWindow::kNotice, &product_);
   session().own = g_currentInstance;
   if (instance_ == nullptr) throw Failure(SPEECH_ERROR_LOAD);
-  setToolFolder(moduleFolder());
+  setToolFolder(moduleFolder(thisModule()));
   // An engine that lacks one of the settings speaks all the same.
   instance_->applyOptions(*product_.getOptions());
   product_.getOptions()->applied();
@@ -71,7 +70,7 @@ void OpenEngine::speak(std::wstring text, bool isSsml) {
   const std::int32_t error = serviceFailed ? SPEECH_ERROR_SERVICE : SPEECH_ERROR_REFUSED;
   failures_.push_back({number, error, takeServiceMessage()});
   window_->post(EventWindow::kFailed, number);
-  ++speechNumber_;  // the posted start is nobody's now
+  ++speechNumber_;  // the posted start counts no more
   throw Failure(error, failures_.back().message);
 }
 
@@ -102,12 +101,8 @@ void OpenEngine::loadAgain() {
   if (!instance_->loadEngine()) throw Failure(SPEECH_ERROR_LOAD);
 }
 
-void OpenEngine::requireLocal() const {
-  if (isCloud_) throw Failure(SPEECH_ERROR_UNSUPPORTED);
-}
-
 OrvaneLXAPI& OpenEngine::local() const {
-  requireLocal();
+  if (isCloud_) throw Failure(SPEECH_ERROR_UNSUPPORTED);
   return static_cast<OrvaneLXAPI&>(*instance_);
 }
 

@@ -8,17 +8,12 @@
 #include <speech/speech_c.h>
 #include <speech/text_to_speech.h>
 
-#include "speech/c_interface/event_window.h"
-#include "speech/c_interface/failure.h"
-#include "speech/c_interface/spoken_text.h"
-
-namespace speech {
-class OrvaneLXAPI;
-}
+#include "engines/local/orvane_lxapi.h"
+#include "speech/c_interface/engine_events.h"
 
 namespace speech::c_interface {
 
-/// The live engine as the C interface sees it: what it is doing, and whom its events go to.
+/// The live engine as the C interface sees it: what it is doing, and where its events go.
 class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
  public:
   struct Listener {
@@ -39,6 +34,8 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   LXAPIProduct& product() const { return product_; }
   bool isCloud() const { return isCloud_; }
   ITextToSpeech& instance() const { return *instance_; }
+  /// The same as a local engine. Fails for a cloud voice.
+  OrvaneLXAPI& local() const;
   SpeechState state() const { return state_; }
   const std::wstring& toolFolder() const { return toolFolder_; }
 
@@ -56,22 +53,18 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   void unload();
   void loadAgain();
 
-  /// Fails for a cloud voice.
-  void requireLocal() const;
-  OrvaneLXAPI& local() const;
-
-  /// Delivers the events that are due, then fails while the engine is speaking: exports need it for
-  /// themselves. A callback may have closed the engine: fails then too.
+  /// Delivers the events that are due, then fails while the engine is speaking, or when a callback has closed
+  /// it. Exports need the engine for themselves.
   void requireIdle();
 
-  /// What the service said since the last call of this, UTF-8.
+  /// What the service has said since the last call of this, UTF-8.
   std::string takeServiceMessage();
-  /// Forgets the notices of an export; true when the service's failure was among them.
+  /// Discards the notices of an export; true when a failure was among them.
   bool dropNotices() const { return window_->dropNotices(); }
 
   /// Stops and unloads; no event comes after this.
   void close();
-  /// The same where the instance is gone already.
+  /// The same where the instance is already gone.
   void abandon();
 
  private:
@@ -99,10 +92,9 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   ITextToSpeech* instance_ = nullptr;
 
   SpeechState state_ = SPEECH_STATE_IDLE;
-  /// Counts speeches, so that a message of one that is over is recognised.
+  /// Counts speeches, so that a message of an earlier one is recognised.
   std::uint32_t speechNumber_ = 0;
-  /// Cloud: the end notice of a speech that was stopped can come late, but never behind the start of the
-  /// next.
+  /// Cloud: the end notice of a stopped speech can come late, but always before the start of the next.
   bool playbackStarted_ = false;
   SpokenText spoken_;
   std::string serviceMessage_;

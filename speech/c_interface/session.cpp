@@ -6,17 +6,26 @@
 namespace speech::c_interface {
 
 Session& session() {
-  // Never destroyed: when a process ends without speech_release its windows and threads go before this would.
+  // Never destroyed: when a process ends without speech_release, its windows and threads are gone before
+  // this would be.
   static Session& theSession = *new Session;
   return theSession;
 }
 
-void requireThread() {
-  DWORD& owner = session().thread;
-  const DWORD caller = GetCurrentThreadId();
-  if (owner == 0) owner = caller;
-  if (owner != caller) throw Failure(SPEECH_ERROR_WRONG_THREAD);
+LXAPIProductList& voices() {
+  LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
+  if (list == nullptr) throw Failure(SPEECH_ERROR_MEMORY);
+  return *list;
 }
+
+LXAPIProduct& voiceAt(std::int32_t index) {
+  LXAPIProductList& list = voices();
+  const POSITION at = list.FindIndex(index);
+  if (at == nullptr) throw Failure(SPEECH_ERROR_VOICE);
+  return *list.GetAt(at);
+}
+
+bool isCloudVoice(const LXAPIProduct& voice) { return voice.getEngineType().CompareNoCase(L"skyvo") == 0; }
 
 std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle) {
   std::shared_ptr<OpenEngine> engine = session().engine;
@@ -30,26 +39,21 @@ std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle) {
   return engine;
 }
 
-void requireNoForeignEngine() {
-  if (g_currentInstance != nullptr && g_currentInstance != session().own)
-    throw Failure(SPEECH_ERROR_ENGINE_OPEN);
-}
-
 void closeEngine() {
   const std::shared_ptr<OpenEngine> engine = std::exchange(session().engine, nullptr);
   if (engine != nullptr) engine->close();
 }
 
-}  // namespace speech::c_interface
-
-using namespace speech::c_interface;
-
-int32_t SPEECH_CALL speech_release() {
-  return answeredWhenFree([] {
-    requireNoForeignEngine();
-    closeEngine();
-    ITextToSpeech::releaseInstance();
-    session().own = nullptr;
-    session().thread = 0;
-  });
+void requireNoForeignEngine() {
+  if (g_currentInstance != nullptr && g_currentInstance != session().own)
+    throw Failure(SPEECH_ERROR_ENGINE_OPEN);
 }
+
+void requireThread() {
+  DWORD& owner = session().thread;
+  const DWORD caller = GetCurrentThreadId();
+  if (owner == 0) owner = caller;
+  if (owner != caller) throw Failure(SPEECH_ERROR_WRONG_THREAD);
+}
+
+}  // namespace speech::c_interface

@@ -1,32 +1,54 @@
 #pragma once
 
-// What the C interface keeps between calls, and the door that every call passes.
+// What the C interface keeps between calls, and the one door that every call passes. An operation fails by
+// throwing Failure; the exported function around it returns the code.
+//
+//   std::int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, std::int32_t* voice) {
+//     return answeredBy(engine, [&](OpenEngine& open) { *required(voice) = open.voice(); });
+//   }
 
 #include <windows.h>
 
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
+#include <speech/speech_c.h>
 #include <speech/text_to_speech.h>
-#include "speech/c_interface/failure.h"
+
+#include "framework/framework.h"
 
 namespace speech::c_interface {
 
 class OpenEngine;
 
+struct Failure {
+  std::int32_t error;  ///< SpeechError.
+  std::string detail;  ///< For speech_error_detail, UTF-8.
+
+  explicit Failure(std::int32_t code, std::string words = {}) : error(code), detail(std::move(words)) {}
+};
+
+/// A pointer that may not be null.
+template <class Pointer>
+Pointer required(Pointer pointer) {
+  if (pointer == nullptr) throw Failure(SPEECH_ERROR_ARGUMENT);
+  return pointer;
+}
+
 /// One per process; belongs to one thread at a time.
 struct Session {
-  /// The thread of the first call since the start or speech_release; 0 for nobody's.
+  /// The thread of the first call since the start or speech_release; 0 when unowned.
   DWORD thread = 0;
-  /// A call that dispatches messages is under way; what a callback asks for meanwhile must wait.
+  /// A call that dispatches messages is running; most calls of a callback must wait until it has returned.
   bool busy = false;
-  /// What was said of the last failure.
+  /// What was said about the last failure.
   std::string detail;
   std::shared_ptr<OpenEngine> engine;
   std::uintptr_t lastHandle = 0;
-  /// The instance that we made last, open or not; the next one replaces it.
+  /// The instance that the C interface made last, open or not; the next one replaces it.
   const ITextToSpeech* own = nullptr;
 };
 
@@ -41,32 +63,57 @@ class Busy {
   ~Busy() { session().busy = false; }
 };
 
-/// Fails on a thread that is not the library's; nobody's library becomes this thread's.
-void requireThread();
+/// The installed voices.
+LXAPIProductList& voices();
 
-/// The engine behind a handle. Fails for null, for one that was closed, and when the C++ interface has
-/// replaced the instance, which closes it.
+/// The voice of an index. Fails when there is none.
+LXAPIProduct& voiceAt(std::int32_t index);
+
+bool isCloudVoice(const LXAPIProduct& voice);
+
+/// The engine behind a handle. Fails for null and for a closed engine. An engine whose instance the C++
+/// interface has replaced or released is closed by this.
 std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle);
-
-/// Fails when the module's live instance is the C++ interface's.
-void requireNoForeignEngine();
 
 /// Closes the open engine, if any.
 void closeEngine();
 
-/// Runs an exported function's operation on the library's thread.
+/// Fails when the process's live instance was made by the C++ interface.
+void requireNoForeignEngine();
+
+/// Fails on any other thread than the library's; an unowned library is claimed by this thread.
+void requireThread();
+
+/// Runs an operation and returns its failure, or SPEECH_OK. No exception leaves it.
+template <class Operation>
+Failure outcomeOf(Operation&& operation) noexcept {
+  try {
+    std::forward<Operation>(operation)();
+    return Failure(SPEECH_OK);
+  } catch (Failure& failure) {
+    return std::move(failure);
+  } catch (const std::bad_alloc&) {
+    return Failure(SPEECH_ERROR_MEMORY);
+  } catch (CException* exception) {
+    exception->Delete();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the result below is the report
+  }
+  return Failure(SPEECH_ERROR_INTERNAL);
+}
+
+/// The door: runs an exported function's operation on the library's thread and keeps what it says of a
+/// failure.
 template <class Operation>
 std::int32_t answered(Operation&& operation) noexcept {
-  std::string detail;
-  const std::int32_t result = resultOf(detail, [&] {
+  Failure outcome = outcomeOf([&] {
     requireThread();
     std::forward<Operation>(operation)();
   });
-  if (result != SPEECH_ERROR_WRONG_THREAD) session().detail.swap(detail);
-  return result;
+  if (outcome.error != SPEECH_ERROR_WRONG_THREAD) session().detail = std::move(outcome.detail);
+  return outcome.error;
 }
 
-/// The same for one that may not run inside another that dispatches messages.
+/// The same for an operation that may not run inside another that dispatches messages.
 template <class Operation>
 std::int32_t answeredWhenFree(Operation&& operation) noexcept {
   return answered([&] {
@@ -75,7 +122,7 @@ std::int32_t answeredWhenFree(Operation&& operation) noexcept {
   });
 }
 
-/// The same for an operation on an engine.
+/// The same for an operation on an open engine.
 template <class Operation>
 std::int32_t answeredBy(SpeechEngine handle, Operation&& operation) noexcept {
   return answeredWhenFree([&] { std::forward<Operation>(operation)(*engineOf(handle)); });

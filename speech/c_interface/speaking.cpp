@@ -1,7 +1,6 @@
-// Speaking, and waiting for it to end.
+// speech/c/speaking.h: speaking, waiting for the end of it, and preparing text for SSML.
 
-#include <algorithm>
-
+#include "engines/shared/engine_utilities.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
@@ -21,12 +20,12 @@ std::int32_t speak(SpeechEngine handle, const Char* text, std::uint32_t flags) {
   });
 }
 
-/// Dispatches what waits. Fails when the program is to quit.
+/// Dispatches the messages that wait. Fails when the program is to quit.
 void dispatchPending() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (message.message == WM_QUIT) {
-      PostQuitMessage(static_cast<int>(message.wParam));  // it is the program's own loop that must see it
+      PostQuitMessage(static_cast<int>(message.wParam));  // for the program's own loop
       throw Failure(SPEECH_ERROR_QUIT);
     }
     TranslateMessage(&message);
@@ -34,7 +33,7 @@ void dispatchPending() {
   }
 }
 
-/// How long to wait for the next message; fails when the time is over.
+/// How long to wait for the next message. Fails when the time is over.
 DWORD remaining(std::int32_t timeoutMs, ULONGLONG start) {
   if (timeoutMs < 0) return INFINITE;
   const ULONGLONG passed = GetTickCount64() - start;
@@ -42,39 +41,45 @@ DWORD remaining(std::int32_t timeoutMs, ULONGLONG start) {
   return static_cast<DWORD>(static_cast<ULONGLONG>(timeoutMs) - passed);
 }
 
+template <class Char>
+std::int32_t escapeXml(const Char* text, Char* buffer, std::uint32_t capacity, std::uint32_t* length) {
+  return outcomeOf([&] { handOut(viewOf(escapedXml(textOf(text).c_str())), buffer, capacity, length); })
+      .error;
+}
+
 }  // namespace
 }  // namespace speech::c_interface
 
 using namespace speech::c_interface;
 
-int32_t SPEECH_CALL speech_speak(SpeechEngine engine, const char* text, uint32_t flags) {
+std::int32_t SPEECH_CALL speech_speak(SpeechEngine engine, const char* text, std::uint32_t flags) {
   return speak(engine, text, flags);
 }
 
-int32_t SPEECH_CALL speech_speak_w(SpeechEngine engine, const wchar_t* text, uint32_t flags) {
+std::int32_t SPEECH_CALL speech_speak_w(SpeechEngine engine, const wchar_t* text, std::uint32_t flags) {
   return speak(engine, text, flags);
 }
 
-int32_t SPEECH_CALL speech_pause(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_pause(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) { open.pause(); });
 }
 
-int32_t SPEECH_CALL speech_resume(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_resume(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) { open.resume(); });
 }
 
-int32_t SPEECH_CALL speech_stop(SpeechEngine engine) {
+std::int32_t SPEECH_CALL speech_stop(SpeechEngine engine) {
   return answeredBy(engine, [](OpenEngine& open) { open.stop(); });
 }
 
-int32_t SPEECH_CALL speech_state(SpeechEngine engine, int32_t* state) {
+std::int32_t SPEECH_CALL speech_state(SpeechEngine engine, std::int32_t* state) {
   return answered([&] {
     required(state);
     *state = engineOf(engine)->state();
   });
 }
 
-int32_t SPEECH_CALL speech_wait(SpeechEngine engine, int32_t timeout_ms) {
+std::int32_t SPEECH_CALL speech_wait(SpeechEngine engine, std::int32_t timeout_ms) {
   return answeredWhenFree([&] {
     const ULONGLONG start = GetTickCount64();
     engineOf(engine);
@@ -84,4 +89,14 @@ int32_t SPEECH_CALL speech_wait(SpeechEngine engine, int32_t timeout_ms) {
       MsgWaitForMultipleObjectsEx(0, nullptr, remaining(timeout_ms, start), QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     }
   });
+}
+
+std::int32_t SPEECH_CALL speech_escape_xml(const char* text, char* buffer, std::uint32_t capacity,
+                                           std::uint32_t* length) {
+  return escapeXml(text, buffer, capacity, length);
+}
+
+std::int32_t SPEECH_CALL speech_escape_xml_w(const wchar_t* text, wchar_t* buffer, std::uint32_t capacity,
+                                             std::uint32_t* length) {
+  return escapeXml(text, buffer, capacity, length);
 }

@@ -1,25 +1,12 @@
 #include "speech/c_interface/text.h"
 
-#include <windows.h>
-
 #include <algorithm>
 
-#include "speech/c_interface/failure.h"
+#include "speech/c_interface/session.h"
 #include "win32/text.h"
 
 namespace speech::c_interface {
 namespace {
-
-bool isUtf8(std::string_view bytes) {
-  return bytes.empty() || MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(),
-                                              static_cast<int>(bytes.size()), nullptr, 0) > 0;
-}
-
-bool isUtf16(std::wstring_view units) {
-  return units.empty() ||
-         WideCharToMultiByte(CP_UTF8, WC_ERR_INVALID_CHARS, units.data(), static_cast<int>(units.size()),
-                             nullptr, 0, nullptr, nullptr) > 0;
-}
 
 template <class Char>
 void copyOut(std::basic_string_view<Char> text, Char* buffer, std::uint32_t capacity, std::uint32_t* length) {
@@ -32,15 +19,15 @@ void copyOut(std::basic_string_view<Char> text, Char* buffer, std::uint32_t capa
 }  // namespace
 
 std::wstring textOf(const char* utf8) {
-  const std::string_view text = required(utf8);
-  if (!isUtf8(text)) throw Failure(SPEECH_ERROR_TEXT);
-  return fromUtf8(text);
+  const auto text = fromWellFormedUtf8(required(utf8));
+  if (!text) throw Failure(SPEECH_ERROR_TEXT);
+  return *text;
 }
 
 std::wstring textOf(const wchar_t* utf16) {
-  const std::wstring_view text = required(utf16);
-  if (!isUtf16(text)) throw Failure(SPEECH_ERROR_TEXT);
-  return std::wstring(text);
+  // A lone surrogate has no UTF-8 form.
+  if (!toNarrowExactly(required(utf16), CodePage::kUtf8)) throw Failure(SPEECH_ERROR_TEXT);
+  return utf16;
 }
 
 void handOut(std::wstring_view text, char* buffer, std::uint32_t capacity, std::uint32_t* length) {
@@ -56,7 +43,8 @@ void handOut(std::string_view utf8, char* buffer, std::uint32_t capacity, std::u
 }
 
 std::wstring textOfUnknown(std::string_view bytes) {
-  return isUtf8(bytes) ? fromUtf8(bytes) : fromThreadCodePage(bytes);
+  const auto text = fromWellFormedUtf8(bytes);
+  return text ? *text : fromThreadCodePage(bytes);
 }
 
 std::string utf8OfUnknown(std::string_view bytes) {

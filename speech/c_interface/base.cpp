@@ -1,7 +1,8 @@
-// What can be asked about results, and the version.
+// speech/c/base.h: results, the version, the library as a whole.
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
@@ -32,7 +33,7 @@ constexpr ErrorText kErrorTexts[] = {
     {SPEECH_ERROR_TOOL, "A program that this needs is missing or could not be started."},
     {SPEECH_ERROR_FILE, "A file could not be opened, read or written."},
     {SPEECH_ERROR_DICTIONARY, "The engine refused the dictionary."},
-    {SPEECH_ERROR_TIMEOUT, "The time was over before the speech."},
+    {SPEECH_ERROR_TIMEOUT, "Timed out before the speech ended."},
     {SPEECH_ERROR_QUIT, "The program was asked to quit while it waited."},
     {SPEECH_ERROR_MEMORY, "There is not enough memory."},
     {SPEECH_ERROR_INTERNAL, "The library failed inside."},
@@ -42,23 +43,33 @@ constexpr ErrorText kErrorTexts[] = {
 
 using namespace speech::c_interface;
 
-uint32_t SPEECH_CALL speech_version() {
-  return uint32_t{SPEECH_VERSION_MAJOR} << 16 | uint32_t{SPEECH_VERSION_MINOR} << 8 |
-         uint32_t{SPEECH_VERSION_PATCH};
+std::uint32_t SPEECH_CALL speech_version() {
+  return std::uint32_t{SPEECH_VERSION_MAJOR} << 16 | std::uint32_t{SPEECH_VERSION_MINOR} << 8 |
+         std::uint32_t{SPEECH_VERSION_PATCH};
 }
 
 const char* SPEECH_CALL speech_version_text() { return SPEECH_VERSION_TEXT; }
 
-const char* SPEECH_CALL speech_error_text(int32_t error) {
+const char* SPEECH_CALL speech_error_text(std::int32_t error) {
   const auto found = std::ranges::find(kErrorTexts, error, &ErrorText::error);
-  return found != std::end(kErrorTexts) ? found->text : "This number is no result of the library.";
+  return found != std::end(kErrorTexts) ? found->text : "Unknown result code.";
 }
 
-int32_t SPEECH_CALL speech_error_detail(char* buffer, uint32_t capacity, uint32_t* length) {
-  // Not through answered(): asking for the detail must not forget it.
-  std::string ignored;
-  return resultOf(ignored, [&] {
-    requireThread();
-    handOut(std::string_view(session().detail), buffer, capacity, length);
+std::int32_t SPEECH_CALL speech_error_detail(char* buffer, std::uint32_t capacity, std::uint32_t* length) {
+  // Not by answered(): asking for the detail must not forget it.
+  return outcomeOf([&] {
+           requireThread();
+           handOut(std::string_view(session().detail), buffer, capacity, length);
+         })
+      .error;
+}
+
+std::int32_t SPEECH_CALL speech_release() {
+  return answeredWhenFree([] {
+    requireNoForeignEngine();
+    closeEngine();
+    ITextToSpeech::releaseInstance();
+    session().own = nullptr;
+    session().thread = 0;
   });
 }
