@@ -75,7 +75,7 @@ static class Speak
         finally
         {
             speech_release();
-            GC.KeepAlive(onEvent); // the library holds but its address
+            GC.KeepAlive(onEvent); // the library keeps only its address
         }
         return 0;
     }

@@ -6,6 +6,21 @@
 
 namespace {
 
+/// A function that only newer systems have, or null.
+template <typename Function>
+Function* userFunction(const char* name) {
+  // Through void*, which tells the compiler that the change of type is intended.
+  return reinterpret_cast<Function*>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), name)));
+}
+
+UINT systemDpi() {
+  HDC screen = GetDC(nullptr);
+  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
+  ReleaseDC(nullptr, screen);
+  return static_cast<UINT>(dpi);
+}
+
 // All of these in dialog units.
 constexpr int kMargin = 7;
 constexpr int kGap = 7;       // between groups
@@ -46,7 +61,7 @@ struct ControlMaker {
   }
 };
 
-/// Places controls all at once, so that nothing is drawn twice.
+/// Moves all controls at once, so that nothing is drawn twice.
 class Placement {
  public:
   Placement() : positions_(BeginDeferWindowPos(24)) {}
@@ -64,6 +79,40 @@ class Placement {
 };
 
 }  // namespace
+
+UINT dpiOf(HWND window) {
+  static const auto getDpiForWindow = userFunction<UINT WINAPI(HWND)>("GetDpiForWindow");
+  const UINT dpi = getDpiForWindow != nullptr ? getDpiForWindow(window) : 0;
+  return dpi != 0 ? dpi : systemDpi();
+}
+
+Font messageFont(UINT dpi, int percent) {
+  static const auto parametersForDpi =
+      userFunction<BOOL WINAPI(UINT, UINT, PVOID, UINT, UINT)>("SystemParametersInfoForDpi");
+  NONCLIENTMETRICSW metrics = {};
+  metrics.cbSize = sizeof metrics;
+  if (parametersForDpi == nullptr ||
+      !parametersForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi)) {
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    metrics.lfMessageFont.lfHeight =
+        MulDiv(metrics.lfMessageFont.lfHeight, static_cast<int>(dpi), static_cast<int>(systemDpi()));
+  }
+  metrics.lfMessageFont.lfHeight = MulDiv(metrics.lfMessageFont.lfHeight, percent, 100);
+  return Font(CreateFontIndirectW(&metrics.lfMessageFont));
+}
+
+DialogUnits::DialogUnits(HWND window, HFONT font) {
+  constexpr wchar_t kLetters[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  constexpr int kLetterCount = 52;
+  HDC dc = GetDC(window);
+  const HGDIOBJ former = SelectObject(dc, font);
+  SIZE size = {};
+  GetTextExtentPoint32W(dc, kLetters, kLetterCount, &size);
+  SelectObject(dc, former);
+  ReleaseDC(window, dc);
+  width_ = (size.cx + kLetterCount / 2) / kLetterCount;
+  height_ = size.cy;
+}
 
 Controls Controls::create(HWND window) {
   const ControlMaker make{window};
@@ -92,7 +141,7 @@ Controls Controls::create(HWND window) {
 }
 
 void Controls::setResolution(UINT dpi) {
-  constexpr int kTextPercent = 125;  // what is read for long should be easy to read
+  constexpr int kTextPercent = 125;  // a long text should be easy to read
   Font font = messageFont(dpi);
   Font textFont = messageFont(dpi, kTextPercent);
   units_ = DialogUnits(window_, font.get());
@@ -100,7 +149,7 @@ void Controls::setResolution(UINT dpi) {
     HFONT used = child == text ? textFont.get() : font.get();
     SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(used), TRUE);
   }
-  // The former ones are no longer in use.
+  // The old fonts are no longer in use.
   font_ = std::move(font);
   textFont_ = std::move(textFont);
 }
@@ -155,7 +204,7 @@ void Controls::arrange() const {
   }
   place.put(exportSpeech, right - x(kButtonWidth), buttonTop, x(kButtonWidth), field);
 
-  // The status has the whole width while there is no progress to show.
+  // Without progress to show, the status has the whole width.
   const bool hasProgress = (GetWindowLongW(progress, GWL_STYLE) & WS_VISIBLE) != 0;
   const int progressLeft = right - x(kProgressWidth);
   const int statusRight = hasProgress ? progressLeft - x(kGap) : right;

@@ -4,7 +4,7 @@
 
 namespace {
 
-void SPEECH_CALL tellListener(void* user, const SpeechEvent* event) {
+void SPEECH_CALL notifyListener(void* user, const SpeechEvent* event) {
   const auto& listener = *static_cast<const Engine::Listener*>(user);
   listener(*event);
 }
@@ -35,7 +35,7 @@ std::int32_t Engine::use(std::int32_t voice) {
   std::int32_t current = -1;
   if (speech_engine_voice(handle_, &current) == SPEECH_OK && current == voice) return SPEECH_OK;
   close();
-  return speech_engine_open(voice, tellListener, &listener_, &handle_);
+  return speech_engine_open(voice, notifyListener, &listener_, &handle_);
 }
 
 void Engine::close() {

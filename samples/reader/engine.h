@@ -6,16 +6,16 @@
 #include <functional>
 #include <string>
 
-/// One sentence for a failed call and what the engine or the system adds to it. Ask right after the call: the
-/// next one forgets the addition.
+/// One sentence for a failed call and what the engine or the system adds to it. Call it right after the
+/// failure: the next call discards the addition.
 std::wstring describeError(std::int32_t error);
 
-/// The library's one live engine. It is opened when a voice is first needed and changed when another one is.
+/// The library's one live engine, opened when a voice is first needed and replaced when another voice is.
 class Engine {
  public:
   using Listener = std::function<void(const SpeechEvent&)>;
 
-  /// @param listener  hears of the speech, on this thread, while it dispatches messages
+  /// @param listener  called on this thread, while it dispatches messages
   explicit Engine(Listener listener) : listener_(std::move(listener)) {}
   Engine(const Engine&) = delete;
   Engine& operator=(const Engine&) = delete;
@@ -27,7 +27,7 @@ class Engine {
   /// Stops whatever is spoken and unloads the engine.
   void close();
 
-  /// The live engine, or null; every function of the library answers null with an error.
+  /// The live engine, or null, for which every function of the library returns an error.
   SpeechEngine handle() const { return handle_; }
 
  private:

@@ -200,7 +200,7 @@ class ReaderTest(PackageTestCase):
         reader.write("en", "IDC_FILTER", "alt+l")
         reader.write(" ")
         reader.do("keys", "f5")
-        reader.wait_for_status("There is no text")
+        reader.wait_for_status("Nothing to read")
 
 
 class ScaledReaderTest(PackageTestCase):

@@ -1,4 +1,4 @@
-#include "voice_list.h"
+#include "widgets.h"
 
 #include <speech/speech_c.h>
 
@@ -38,6 +38,15 @@ bool hasWordThatBeginsWith(std::wstring_view text, std::wstring_view start) {
     if (at == 0 || !IsCharAlphaNumericW(lower[at - 1])) return true;
   }
   return false;
+}
+
+/// Without this a dialog selects the whole text when it moves the focus here, and the next key would replace
+/// it.
+LRESULT CALLBACK keepSelection(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                               DWORD_PTR /*data*/) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, keepSelection, id);
+  const LRESULT result = DefSubclassProc(edit, message, wParam, lParam);
+  return message == WM_GETDLGCODE ? result & ~DLGC_HASSETSEL : result;
 }
 
 }  // namespace
@@ -107,7 +116,7 @@ void VoiceList::chooseFor(std::wstring_view locale) {
 void VoiceList::fitColumns() const {
   RECT area;
   GetWindowRect(list_, &area);
-  // The scroll bar has its place even while it is not there, or it would change the columns.
+  // Room for the scroll bar is kept even while it is hidden, so that it does not change the columns.
   const int width = area.right - area.left - GetSystemMetrics(SM_CXVSCROLL) - 2 * GetSystemMetrics(SM_CXEDGE);
   for (std::size_t i = 0; i < kColumns.size(); ++i) {
     ListView_SetColumnWidth(list_, static_cast<int>(i), MulDiv(width, kColumns[i].percent, 100));
@@ -129,4 +138,58 @@ std::int32_t VoiceList::voiceOf(int item) const {
 void VoiceList::choose(int item) const {
   ListView_SetItemState(list_, item, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   ListView_EnsureVisible(list_, item, FALSE);
+}
+
+std::int32_t OptionSlider::showVoice(std::int32_t voice) {
+  std::int32_t minimum = 0, maximum = 0, standard = 0, value = 0;
+  std::int32_t result = speech_option_range(voice, option_, &minimum, &maximum, &standard);
+  if (result == SPEECH_OK) result = speech_option_get(voice, option_, &value);
+  if (result != SPEECH_OK) return result;
+
+  voice_ = voice;
+  SendMessageW(slider_, TBM_SETRANGEMIN, FALSE, minimum);
+  SendMessageW(slider_, TBM_SETRANGEMAX, FALSE, maximum);
+  SendMessageW(slider_, TBM_SETLINESIZE, 0, std::max(1, (maximum - minimum) / 100));
+  SendMessageW(slider_, TBM_SETPAGESIZE, 0, std::max(1, (maximum - minimum) / 10));
+  SendMessageW(slider_, TBM_CLEARTICS, FALSE, 0);
+  SendMessageW(slider_, TBM_SETTIC, 0, standard);
+  // First to another position: setting the same number again would leave the thumb where it was in the old
+  // range.
+  SendMessageW(slider_, TBM_SETPOS, TRUE, minimum);
+  SendMessageW(slider_, TBM_SETPOS, TRUE, value);
+  showValue(value);
+  return SPEECH_OK;
+}
+
+std::int32_t OptionSlider::apply() {
+  const auto value = static_cast<std::int32_t>(SendMessageW(slider_, TBM_GETPOS, 0, 0));
+  showValue(value);
+  return speech_option_set(voice_, option_, value);
+}
+
+void OptionSlider::showValue(std::int32_t value) const {
+  SetWindowTextW(value_, (std::to_wstring(value) + L" %").c_str());
+}
+
+void TextView::attach(HWND edit) {
+  constexpr WPARAM kNoLimit = 0x7FFFFFFE;  // instead of the 32 KB that users could type by default
+  edit_ = edit;
+  SendMessageW(edit_, EM_SETLIMITTEXT, kNoLimit, 0);
+  SetWindowSubclass(edit_, keepSelection, 0, 0);
+}
+
+std::wstring TextView::text() const { return windowText(edit_); }
+
+void TextView::setLocked(bool locked) const { SendMessageW(edit_, EM_SETREADONLY, locked, 0); }
+
+void TextView::markWord(std::uint32_t offset, std::uint32_t length) const {
+  const std::uint32_t end = offset + length;
+  SendMessageW(edit_, EM_SETSEL, offset, static_cast<LPARAM>(end));
+  SendMessageW(edit_, EM_SCROLLCARET, 0, 0);
+}
+
+void TextView::unmark() const {
+  DWORD start = 0;
+  SendMessageW(edit_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), 0);
+  SendMessageW(edit_, EM_SETSEL, start, static_cast<LPARAM>(start));
 }
