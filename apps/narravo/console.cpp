@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <utility>
 
 #include <windows.h>
 
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/commands.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
+
+using speech::fromUtf8;
+using speech::toUtf8;
 
 bool isConsole(HANDLE stream) {
   DWORD mode = 0;
@@ -50,21 +54,11 @@ std::string readConsole(HANDLE stream) {
   return toUtf8(text);
 }
 
-}  // namespace
-
-void writeOutput(std::wstring_view text) {
-  const HANDLE stream = GetStdHandle(STD_OUTPUT_HANDLE);
-  const bool written = isConsole(stream) ? writeConsole(stream, text) : writeBytes(stream, toUtf8(text));
-  if (!written) throw HostError(kExitFile, "standard output cannot be written");
-}
-
-void writeOutput(std::string_view utf8) { writeOutput(fromUtf8(utf8).value_or(L"")); }
-
 void writeErrorText(std::string_view utf8) noexcept {
   try {
     const HANDLE stream = GetStdHandle(STD_ERROR_HANDLE);
     if (isConsole(stream)) {
-      writeConsole(stream, fromUtf8(utf8).value_or(L"narravo: a message that is not readable\n"));
+      writeConsole(stream, fromUtf8(utf8));
     } else {
       writeBytes(stream, utf8);
     }
@@ -73,11 +67,21 @@ void writeErrorText(std::string_view utf8) noexcept {
   }
 }
 
+}  // namespace
+
+void writeOutput(std::wstring_view text) {
+  const HANDLE stream = GetStdHandle(STD_OUTPUT_HANDLE);
+  const bool written = isConsole(stream) ? writeConsole(stream, text) : writeBytes(stream, toUtf8(text));
+  if (!written) throw HostError(kExitFile, "standard output cannot be written");
+}
+
+void writeOutput(std::string_view utf8) { writeOutput(fromUtf8(utf8)); }
+
 void writeErrorLine(std::string_view utf8) noexcept {
   try {
     writeErrorText("narravo: " + std::string(utf8) + "\n");
   } catch (const std::exception&) {
-    // Likewise.
+    // As above.
   }
 }
 
@@ -98,6 +102,45 @@ std::string readInput() {
     text.append(block.data(), count);
   } while (count > 0);
   return text;
+}
+
+WorkingNotice::Pace WorkingNotice::usualPace() {
+  using std::chrono::seconds;
+  return errorIsConsole() ? Pace{seconds(1), seconds(1)} : Pace{seconds(2), seconds(10)};
+}
+
+WorkingNotice::WorkingNotice(std::string what, Pace pace, std::function<std::string()> extent)
+    : what_(std::move(what)),
+      pace_(pace),
+      extent_(std::move(extent)),
+      isConsole_(errorIsConsole()),
+      thread_([this] { run(); }) {}
+
+WorkingNotice::~WorkingNotice() {
+  {
+    const std::lock_guard lock(mutex_);
+    isEnding_ = true;
+  }
+  ended_.notify_one();
+  thread_.join();
+}
+
+void WorkingNotice::run() {
+  const auto isEnding = [this] { return isEnding_; };
+  std::unique_lock lock(mutex_);
+  if (pace_.first.count() > 0 && ended_.wait_for(lock, pace_.first, isEnding)) return;
+  do {
+    report();
+  } while (!ended_.wait_for(lock, pace_.interval, isEnding));
+  report();
+  if (isConsole_) writeErrorText("\n");
+}
+
+void WorkingNotice::report() {
+  using std::chrono::seconds;
+  const auto elapsed = std::chrono::duration_cast<seconds>(std::chrono::steady_clock::now() - start_).count();
+  writeErrorText((isConsole_ ? "\r" : "") + what_ + ", " + std::to_string(elapsed) + " s" +
+                 (extent_ ? extent_() : "") + (isConsole_ ? "" : "\n"));
 }
 
 }  // namespace narravo

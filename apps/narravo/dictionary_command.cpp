@@ -3,9 +3,10 @@
 #include <memory>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/host_error.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/user_dictionary.h"
 

@@ -1,11 +1,13 @@
-// narravo export: writes the speech of a text as an audio file of the type that its name asks for.
+// narravo export: exports the speech of a text to an audio file, whose name chooses the type.
 
 #include <memory>
 #include <optional>
 #include <string>
 
+#include <CLI/CLI.hpp>
+
 #include "apps/narravo/commands.h"
-#include "apps/narravo/speech_file.h"
+#include "apps/narravo/speech_export.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/text_source.h"
 #include "apps/narravo/user_dictionary.h"
@@ -22,12 +24,12 @@ struct ExportArguments {
   bool isSsml = false;
 };
 
-void exportSpeech(const ExportArguments& arguments) {
-  requireFileType(arguments.output);
+void runExport(const ExportArguments& arguments) {
+  requireExportType(arguments.output);
   const std::wstring text = readText(arguments.text);
   SpeechSession session(arguments.voice);
   if (!arguments.dictionary.empty()) loadUserDictionary(session.engine(), arguments.dictionary);
-  writeSpeechFile(session, text, arguments.isSsml, arguments.output, arguments.rateHz);
+  exportSpeech(session, text, arguments.isSsml, arguments.output, arguments.rateHz);
 }
 
 }  // namespace
@@ -44,11 +46,11 @@ void addExportCommand(CLI::App& program) {
       ->add_option(
           "--rate", arguments->rateHz,
           "Sample rate in hertz; default: the voice's own; gsm is always at 8000, mp3 at the voice's own")
-      ->check(CLI::IsMember({8000, 16000, 22050, 44100, 48000}));
+      ->check(CLI::IsMember(exportRatesHz()));
   command->add_option("--dict", arguments->dictionary,
                       "User dictionary: a CSV file of words and what to say instead");
   command->add_flag("--ssml", arguments->isSsml, "The text is an SSML document");
-  command->callback([arguments] { exportSpeech(*arguments); });
+  command->callback([arguments] { runExport(*arguments); });
 }
 
 }  // namespace narravo

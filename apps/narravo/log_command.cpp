@@ -1,51 +1,42 @@
 // narravo log: shows today's exports.
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 
 #include <windows.h>
 
-#include <shlobj.h>
+#include <CLI/CLI.hpp>
 
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/text_encoding.h"
+#include "win32/paths.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
 
 std::filesystem::path todaysLog() {
-  wchar_t documents[MAX_PATH] = L"";
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, documents))) {
-    throw HostError(kExitFile, "the documents folder is unknown");
-  }
+  const std::optional<std::wstring> documents = speech::documentsFolder();
+  if (!documents) throw HostError(kExitFile, "the documents folder is unknown");
   SYSTEMTIME today;
   GetLocalTime(&today);
-  wchar_t name[32];
-  swprintf(name, std::size(name), L"%04d-%02d-%02d.log", today.wYear, today.wMonth, today.wDay);
-  return std::filesystem::path(documents) / L"Narravo" / L"log" / name;
-}
-
-/// The library logs in the system's code page.
-std::wstring fromCodePage(const std::string& text) {
-  const int size = static_cast<int>(text.size());
-  std::wstring wide(text.size(), L'\0');
-  wide.resize(static_cast<std::size_t>(
-      MultiByteToWideChar(CP_THREAD_ACP, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()))));
-  return wide;
+  std::array<wchar_t, 32> name{};
+  swprintf(name.data(), name.size(), L"%04d-%02d-%02d.log", today.wYear, today.wMonth, today.wDay);
+  return std::filesystem::path(*documents) / L"Narravo" / L"log" / name.data();
 }
 
 void showLog() {
-  const std::filesystem::path path = todaysLog();
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(todaysLog(), std::ios::binary);
   if (!file) {
     writeErrorLine("nothing has been exported today");
     return;
   }
-  writeOutput(fromCodePage({std::istreambuf_iterator<char>(file), {}}));
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  writeOutput(speech::fromSystemCodePage(text));
 }
 
 }  // namespace

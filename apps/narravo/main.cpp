@@ -1,5 +1,5 @@
-// narravo: the command-line host. It is a host like any other: it knows the library by its exported interface
-// only.
+// narravo: the command-line host. Like any other host it knows the library by its public headers only; what
+// it needs of Windows it shares with the library (win32/).
 
 #include <exception>
 #include <string>
@@ -9,9 +9,8 @@
 
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/host_window.h"
-#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/speech_notices.h"
+#include "win32/text.h"
 
 namespace {
 
@@ -57,7 +56,7 @@ int wmain(int count, wchar_t** arguments) {
   try {
     watchInterrupts();
     std::vector<std::string> utf8;
-    for (int i = 1; i < count; ++i) utf8.push_back(toUtf8(arguments[i]));
+    for (int i = 1; i < count; ++i) utf8.push_back(speech::toUtf8(arguments[i]));
     return runCommandLine(std::move(utf8));
   } catch (const HostError& error) {
     if (error.code() != kExitInterrupted) writeErrorLine(error.what());

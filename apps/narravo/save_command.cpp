@@ -3,15 +3,17 @@
 #include <cstdio>
 #include <memory>
 #include <span>
+#include <utility>
+
+#include <CLI/CLI.hpp>
 
 #include "apps/narravo/commands.h"
-#include "apps/narravo/file_path.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/speech_file.h"
+#include "apps/narravo/speech_export.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/text_source.h"
 #include "audio/file_io.h"
 #include "audio/wav_header.h"
+#include "base/file.h"
 
 namespace narravo {
 namespace {
@@ -27,29 +29,24 @@ struct FreeSamples {
   void operator()(unsigned char* samples) const { ExternFree(samples); }
 };
 
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
-
 /// `samples` are 16-bit mono at `sampleRateHz`.
 void writeWavFile(const std::string& name, std::span<const unsigned char> samples, int sampleRateHz) {
-  File file(_wfopen(pathFromUtf8(name).c_str(), L"wb"));
+  speech::File file = speech::openFile(pathOf(name).c_str(), L"wb");
   if (!file) throw HostError(kExitFile, "cannot create " + name);
   WFHeader header{};
   LXUTIL_Initialize_WFHeader(&header, sampleRateHz, kWaveFormatPcm16, 1);
   LXUTIL_Write_WFHeader(&header, static_cast<int>(samples.size()), file.get());
   std::fwrite(samples.data(), 1, samples.size(), file.get());
   const bool isWritten = std::ferror(file.get()) == 0;
-  if (std::fclose(file.release()) != 0 || !isWritten) throw HostError(kExitFile, "cannot write " + name);
+  if (!speech::closeWritten(std::move(file)) || !isWritten)
+    throw HostError(kExitFile, "cannot write " + name);
 }
 
 void save(const SaveArguments& arguments) {
   const std::wstring text = readText(arguments.text);
   SpeechSession session(arguments.voice);
-  // The service's voices speak into files only.
-  if (session.isCloud())
-    return writeSpeechFile(session, text, arguments.isSsml, arguments.output, std::nullopt);
+  // A voice of the service gives no samples, only files.
+  if (session.isCloud()) return exportSpeech(session, text, arguments.isSsml, arguments.output, std::nullopt);
   unsigned char* buffer = nullptr;
   const int byteCount = session.engine().synthesizeToBuffer(text.c_str(), arguments.isSsml, &buffer);
   const std::unique_ptr<unsigned char, FreeSamples> samples(buffer);
@@ -57,7 +54,7 @@ void save(const SaveArguments& arguments) {
     session.reportRefusal(
         "the engine gave no samples; is the text well formed, and not too long for one file?");
   writeWavFile(arguments.output, {samples.get(), static_cast<std::size_t>(byteCount)},
-               session.product().getSampleRateHz());
+               session.voice().sampleRateHz);
 }
 
 }  // namespace

@@ -2,10 +2,11 @@
 
 #include <memory>
 
+#include <CLI/CLI.hpp>
+
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/speech_progress.h"
+#include "apps/narravo/speech_notices.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/text_source.h"
 
@@ -29,7 +30,7 @@ class HeardText {
     isEmpty_ = false;
   }
 
-  /// @param rest  what was not announced word by word: the last punctuation
+  /// @param rest  what no notice announced: the last punctuation
   void end(std::wstring_view rest) const {
     if (!isEmpty_ && !isSsml_) writeOutput(rest.substr(0, rest.find_last_not_of(L" \t\r\n") + 1));
     if (!isEmpty_) writeOutput(L"\n");
@@ -45,10 +46,10 @@ class HeardText {
 void speak(const SpeakArguments& arguments) {
   const std::wstring text = readText(arguments.text);
   SpeechSession session(arguments.voice);
-  const auto tell = [&](const std::string& what) {
+  const auto report = [&](const std::string& what) {
     if (arguments.isVerbose) writeErrorLine(what);
   };
-  tell("voice " + session.voice().name + ", " + session.voice().language);
+  report("voice " + session.voice().name + ", " + session.voice().language);
 
   SpeechProgress progress(text, session.isCloud());
   HeardText shown(arguments.isSsml);
@@ -66,12 +67,12 @@ void speak(const SpeakArguments& arguments) {
     session.reportRefusal(
         "the text could not be spoken; is there a sound device, and is the text well formed?");
   }
-  tell("accepted");
+  report("accepted");
   const bool wasHeard = window.run();
   shown.end(wasHeard && !hasFailed ? progress.rest() : std::wstring_view());
   if (!wasHeard) throw HostError(kExitInterrupted, "interrupted");
   if (hasFailed) session.reportRefusal("the speech failed");
-  tell("finished");
+  report("finished");
 }
 
 }  // namespace
@@ -83,7 +84,7 @@ void addSpeakCommand(CLI::App& program) {
   addTextArguments(*command, arguments->text);
   addVoiceArguments(*command, arguments->voice);
   command->add_flag("--ssml", arguments->isSsml, "The text is an SSML document");
-  command->add_flag("-v,--verbose", arguments->isVerbose, "Tell on standard error what happens");
+  command->add_flag("-v,--verbose", arguments->isVerbose, "Report progress on standard error");
   command->callback([arguments] { speak(*arguments); });
 }
 

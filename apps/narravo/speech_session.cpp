@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/commands.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
@@ -11,7 +11,7 @@ namespace {
 std::string userLanguage() {
   std::array<wchar_t, LOCALE_NAME_MAX_LENGTH> name{};
   GetUserDefaultLocaleName(name.data(), static_cast<int>(name.size()));
-  return toUtf8(name.data());
+  return speech::toUtf8(name.data());
 }
 
 /// One setting of the options record, under the name that the user knows.
@@ -72,56 +72,19 @@ void addVoiceArguments(CLI::App& command, VoiceArguments& arguments) {
   command.add_option("--volume", arguments.volume, "Loudness; 100 is the voice's own");
 }
 
-std::vector<LXAPIProduct*> installedProducts() {
-  std::vector<LXAPIProduct*> products;
-  LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
-  for (POSITION at = list->GetHeadPosition(); at != nullptr;) products.push_back(list->GetNext(at));
-  return products;
-}
-
-VoiceEntry describe(const LXAPIProduct& product) {
-  VoiceEntry voice;
-  voice.key = toUtf8(product.getEngineKey1().GetString());
-  voice.name = voice.key + "-" + toUtf8(product.getEngineKey2().GetString());
-  voice.displayName = toUtf8(product.getDisplayName().GetString());
-  voice.language = toUtf8(product.getLanguageCode().GetString());
-  voice.gender = toUtf8(product.getGenderText().GetString());
-  voice.sampleRateHz = product.getSampleRateHz();
-  voice.engineType = toUtf8(product.getEngineType().GetString());
-  return voice;
-}
-
-SpeechSession::SpeechSession(const VoiceArguments& arguments) {
-  try {
-    openEngine(arguments);
-  } catch (...) {
-    ITextToSpeech::releaseInstance();
-    throw;
-  }
-}
-
-SpeechSession::~SpeechSession() { ITextToSpeech::releaseInstance(); }
-
-void SpeechSession::openEngine(const VoiceArguments& arguments) {
-  const std::vector<LXAPIProduct*> products = installedProducts();
-  std::vector<VoiceEntry> voices;
-  voices.reserve(products.size());
-  for (const LXAPIProduct* product : products) voices.push_back(describe(*product));
-
-  const std::size_t chosen = chooseVoice(voices, arguments.wish, userLanguage());
-  product_ = products[chosen];
-  voice_ = voices[chosen];
-  TextToSpeech_Options& options = *product_->getOptions();
+SpeechSession::SpeechSession(const VoiceArguments& arguments)
+    : voice_(chooseVoice(installedVoices(), arguments.wish, userLanguage())) {
+  TextToSpeech_Options& options = *voice_.product->getOptions();
   adjust(options, arguments);
 
-  engine_ = ITextToSpeech::getInstance(window_.handle(), HostWindow::kNoticeMessage, product_);
+  engine_ = ITextToSpeech::getInstance(window_.handle(), HostWindow::kNoticeMessage, voice_.product);
   if (engine_ == nullptr)
     throw HostError(kExitEngineFailed, "the voice " + voice_.name + " could not be loaded");
   engine_->applyOptions(options);
   options.applied();
 }
 
-bool SpeechSession::isCloud() const { return product_->getEngineType().CompareNoCase(L"skyvo") == 0; }
+bool SpeechSession::isCloud() const { return voice_.product->getEngineType().CompareNoCase(L"skyvo") == 0; }
 
 void SpeechSession::reportRefusal(const std::string& what) const {
   const std::string& said = window_.serviceMessage();

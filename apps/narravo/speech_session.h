@@ -4,13 +4,12 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <speech/text_to_speech.h>
 #include <CLI/CLI.hpp>
 
-#include "apps/narravo/host_window.h"
-#include "apps/narravo/voice_choice.h"
+#include "apps/narravo/speech_notices.h"
+#include "apps/narravo/voices.h"
 
 namespace narravo {
 
@@ -24,23 +23,15 @@ struct VoiceArguments {
 
 void addVoiceArguments(CLI::App& command, VoiceArguments& arguments);
 
-/// Every installed voice, in the catalogue's order. The products belong to the library.
-std::vector<LXAPIProduct*> installedProducts();
-VoiceEntry describe(const LXAPIProduct& product);
-
-/// Window, product and engine, with the settings applied. Ends the engine and the catalogue when it goes.
+/// Window, voice and engine, with the settings applied. Ends the engine and the catalogue when it goes.
 class SpeechSession {
  public:
   /// Throws HostError when no voice fits, a setting is out of its range or the engine cannot be loaded.
   explicit SpeechSession(const VoiceArguments& arguments);
-  ~SpeechSession();
-  SpeechSession(const SpeechSession&) = delete;
-  SpeechSession& operator=(const SpeechSession&) = delete;
 
   HostWindow& window() { return window_; }
   ITextToSpeech& engine() { return *engine_; }
-  LXAPIProduct& product() { return *product_; }
-  const VoiceEntry& voice() const { return voice_; }
+  const Voice& voice() const { return voice_; }
 
   /// Whether the voice belongs to the speech service.
   bool isCloud() const;
@@ -49,11 +40,9 @@ class SpeechSession {
   [[noreturn]] void reportRefusal(const std::string& what) const;
 
  private:
-  void openEngine(const VoiceArguments& arguments);
-
   HostWindow window_;
-  LXAPIProduct* product_ = nullptr;
-  VoiceEntry voice_;
+  LibraryRelease release_;
+  Voice voice_;
   ITextToSpeech* engine_ = nullptr;
 };
 

@@ -3,16 +3,15 @@
 #include <fstream>
 #include <iterator>
 
+#include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/file_path.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/text_encoding.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
 
 std::string readFile(const std::string& name) {
-  std::ifstream file(pathFromUtf8(name), std::ios::binary);
+  std::ifstream file(pathOf(name), std::ios::binary);
   if (!file) throw HostError(kExitFile, "cannot open " + name);
   std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   if (file.bad()) throw HostError(kExitFile, "cannot read " + name);
@@ -43,7 +42,7 @@ std::wstring decodeText(std::string_view bytes, const std::string& name) {
   // The library takes zero-terminated text: what follows a zero would be lost without a word.
   if (bytes.find('\0') != bytes.npos)
     throw HostError(kExitFile, name + " is not UTF-8 text: it holds a zero byte");
-  std::optional<std::wstring> text = fromUtf8(bytes);
+  std::optional<std::wstring> text = speech::fromWellFormedUtf8(bytes);
   if (!text) throw HostError(kExitFile, name + " is not UTF-8 text");
   if (text->find_first_not_of(L" \t\r\n") == text->npos) throw HostError(kExitFile, name + " holds no text");
   return *std::move(text);

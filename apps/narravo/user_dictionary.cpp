@@ -6,28 +6,14 @@
 #include <iterator>
 #include <unordered_map>
 
-#include <windows.h>
-
-#include "apps/narravo/file_path.h"
-#include "apps/narravo/host_error.h"
+#include "apps/narravo/commands.h"
 #include "lxapi/lxapi.h"
 
 namespace narravo {
 namespace {
 
-/// The library takes the path in the system's code page. A name that the code page lacks has a short one that
-/// it does not lack.
-std::string narrowPath(const std::filesystem::path& path) {
-  wchar_t shortPath[MAX_PATH] = L"";
-  const DWORD length = GetShortPathNameW(path.c_str(), shortPath, MAX_PATH);
-  const std::wstring chosen = length > 0 && length < MAX_PATH ? shortPath : path.wstring();
-  char narrow[2 * MAX_PATH] = "";
-  WideCharToMultiByte(CP_THREAD_ACP, 0, chosen.c_str(), -1, narrow, sizeof narrow - 1, nullptr, nullptr);
-  return narrow;
-}
-
 std::string readDictionary(ITextToSpeech& engine, const std::string& name) {
-  const std::filesystem::path path = pathFromUtf8(name);
+  const std::filesystem::path path = pathOf(name);
   std::error_code error;
   const auto size = std::filesystem::file_size(path, error);
   const int limit = engine.getUserDictLimit(LX_DICT_LIMIT_BYTES);
@@ -90,7 +76,7 @@ class DictionaryCheck {
 
   void reportMalformed() {
     const bool isEmptyLine = fieldCount() == 1 && field(0).find_first_not_of(" \t") == std::string::npos;
-    if (!isEmptyLine) report("is no record of two fields: a comma is missing, or a quote is open");
+    if (!isEmptyLine) report("expected two fields; missing comma or unclosed quote");
   }
 
   void checkEntry() {
@@ -101,13 +87,13 @@ class DictionaryCheck {
     if (check == LX_DICT_OK) check = engine_.checkUserDictSourceNorm(address(source));
     if (check != LX_DICT_OK) return report(std::string("the word ") + reasonOf(check));
     check = engine_.checkUserDictTargetNorm(address(target));
-    if (check != LX_DICT_OK) return report(std::string("what to say instead ") + reasonOf(check));
+    if (check != LX_DICT_OK) return report(std::string("the replacement ") + reasonOf(check));
     const auto [earlier, isNew] = lines_.try_emplace(source, nextLine_);
-    if (!isNew) return report("the word stands in line " + std::to_string(earlier->second) + " already");
+    if (!isNew) return report("the word is already in line " + std::to_string(earlier->second));
     ++report_.goodEntries;
   }
 
-  /// The engine tells where good records begin; from there on the lines are counted.
+  /// The engine gives the line of a good record only, so the lines of the others are counted from there.
   long lineEndsInRecord() {
     long count = 0;
     for (int i = 0; i < fieldCount(); ++i) {
@@ -132,14 +118,14 @@ DictionaryReport checkUserDictionary(ITextToSpeech& engine, const std::string& n
 }
 
 void loadUserDictionary(ITextToSpeech& engine, const std::string& name) {
-  // Checked first, because the library would tell the user of a bad one in a message box.
+  // Checked first, because the library shows a message box for a bad one.
   const DictionaryReport report = checkUserDictionary(engine, name);
   if (!report.badEntries.empty()) {
     const BadEntry& first = report.badEntries.front();
     throw HostError(kExitFile, name + ", line " + std::to_string(first.line) + ": " + first.reason);
   }
   if (report.goodEntries == 0) throw HostError(kExitFile, name + " holds no entry");
-  if (const int code = engine.loadUserDict(narrowPath(pathFromUtf8(name)).c_str()); code != 0) {
+  if (const int code = engine.loadUserDict(narrowPathOf(pathOf(name), name).c_str()); code != 0) {
     throw HostError(kExitFile,
                     name + " is not a usable dictionary, code " + std::to_string(static_cast<short>(code)));
   }

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <memory>
 
+#include <CLI/CLI.hpp>
+
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/speech_session.h"
-#include "apps/narravo/text_encoding.h"
+#include "apps/narravo/voices.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
@@ -21,14 +22,14 @@ struct Row {
   std::string cells[kCells];
 };
 
-Row rowOf(const VoiceEntry& voice) {
+Row rowOf(const Voice& voice) {
   return {{voice.name, voice.language, voice.gender, std::to_string(voice.sampleRateHz), voice.engineType}};
 }
 
 /// Columns as wide as their widest cell, in characters, two blanks apart.
 std::string formatTable(const std::vector<Row>& rows) {
   std::size_t widths[Row::kCells]{};
-  const auto width = [](const std::string& cell) { return fromUtf8(cell).value_or(L"").size(); };
+  const auto width = [](const std::string& cell) { return speech::fromUtf8(cell).size(); };
   for (const Row& row : rows) {
     for (std::size_t i = 0; i < std::size(row.cells); ++i)
       widths[i] = std::max(widths[i], width(row.cells[i]));
@@ -44,15 +45,10 @@ std::string formatTable(const std::vector<Row>& rows) {
   return table;
 }
 
-struct CatalogueRelease {
-  ~CatalogueRelease() { ITextToSpeech::releaseInstance(); }
-};
-
 void listVoices(const VoicesArguments& arguments) {
-  const CatalogueRelease release;
+  const LibraryRelease release;
   std::vector<Row> rows{{{"VOICE", "LANGUAGE", "GENDER", "RATE", "ENGINE"}}};
-  for (const LXAPIProduct* product : installedProducts()) {
-    const VoiceEntry voice = describe(*product);
+  for (const Voice& voice : installedVoices()) {
     if (arguments.language.empty() || isLanguage(voice.language, arguments.language))
       rows.push_back(rowOf(voice));
   }

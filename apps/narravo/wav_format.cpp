@@ -4,13 +4,12 @@
 #include <limits>
 #include <string_view>
 
-#include "apps/narravo/host_error.h"
+#include "apps/narravo/commands.h"
 
 namespace narravo {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 44;
-using Header = std::array<char, kHeaderBytes>;
+using Header = std::array<char, WavFormat::kHeaderBytes>;
 
 std::uint32_t number(const Header& header, std::size_t offset, std::size_t size) {
   std::uint32_t value = 0;
@@ -33,7 +32,7 @@ WavFormat readWavFormat(std::istream& file, const std::string& name) {
   const auto fileBytes = static_cast<std::uint64_t>(file.tellg());
   file.seekg(0);
   Header header{};
-  file.read(header.data(), kHeaderBytes);
+  file.read(header.data(), header.size());
   if (!file || !has(header, 0, "RIFF") || !has(header, 8, "WAVEfmt ")) refuse(" is not a WAV file");
 
   const std::uint32_t tag = number(header, 20, 2), channels = number(header, 22, 2),
@@ -47,7 +46,7 @@ WavFormat readWavFormat(std::istream& file, const std::string& name) {
   }
   if (rate == 0 || rate > static_cast<std::uint32_t>(std::numeric_limits<int>::max()))
     refuse(" names no sample rate");
-  if (dataBytes > fileBytes - kHeaderBytes) refuse(" is shorter than its header says");
+  if (dataBytes > fileBytes - header.size()) refuse(" is shorter than its header says");
   return {static_cast<int>(channels), static_cast<int>(bits), static_cast<int>(rate), dataBytes};
 }
 

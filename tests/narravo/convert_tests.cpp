@@ -1,4 +1,4 @@
-// The host's own part in converting files: what it takes for a WAV file, and the progress that it shows.
+// What the host takes for a WAV file.
 
 #include <sstream>
 #include <string>
@@ -7,8 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/progress_bar.h"
+#include "apps/narravo/commands.h"
 #include "apps/narravo/wav_format.h"
 #include "tests/support/wav_files.h"
 
@@ -29,7 +28,6 @@ TEST(WavFormatOfAFile, IsReadFromItsHeader) {
   EXPECT_EQ(format.channels, 2);
   EXPECT_EQ(format.bitsPerSample, 16);
   EXPECT_EQ(format.sampleRateHz, 22050);
-  EXPECT_EQ(format.frameCount(), 44100u);
   EXPECT_EQ(format.seconds(), 2);
 }
 
@@ -61,14 +59,6 @@ TEST(WavFormatOfAFile, IsRefusedWithItsReason) {
       EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("in.wav "), testing::HasSubstr(reason)));
     }
   }
-}
-
-TEST(ProgressBar, GrowsWithTheTimeAndIsNotFullBeforeTheEnd) {
-  EXPECT_EQ(progressLine(Seconds(5), Seconds(10)),
-            "[" + std::string(20, '#') + std::string(20, '-') + "]  50 % (estimated)");
-  EXPECT_THAT(progressLine(Seconds(0), Seconds(0)), testing::HasSubstr("]   0 % (estimated)"));
-  EXPECT_THAT(progressLine(Seconds(100), Seconds(10)), testing::HasSubstr("]  99 % (estimated)"));
-  EXPECT_THAT(progressLine(Seconds(1), Seconds(0)), testing::HasSubstr("]  99 % (estimated)"));
 }
 
 }  // namespace

@@ -47,14 +47,12 @@ class Convert(HostTest):
         self.assertEqual([file.name for file in self.folder.iterdir()], [path.name])
 
     def test_shows_progress_when_asked(self):
-        source = self.tone("-r", "44100", "-c", "2", "-b", "16", seconds=60)
+        source = self.tone("-r", "44100", "-c", "2", "-b", "16")
         code, out, err = narravo_program.run("convert", source, self.folder / "out.wav", "--rate", "48000", "--progress")
         self.assertEqual((code, out), (0, ""), err)
-        shown = [line for line in err.replace("\n", "\r").split("\r") if line.strip()]
-        self.assertRegex(shown[0], r"\A\[-*\] +0 % \(estimated\)\Z")
-        self.assertRegex(shown[-1], r"\A\[#{40}\] 100 %\Z")
-        percents = [int(line.split("%")[0].split()[-1]) for line in shown]
-        self.assertEqual(percents, sorted(percents))
+        for line in err.splitlines():
+            self.assertRegex(line, r"\Aconverting .*in\.wav, \d+ s(, \d+ % written)?\Z")
+        self.assertTrue(err.endswith(", 100 % written\n"), err)
 
     def test_leaves_the_output_whole_when_it_fails(self):
         target = self.folder / "out.wav"

@@ -1,11 +1,12 @@
-#include "apps/narravo/voice_choice.h"
+#include "apps/narravo/voices.h"
 
 #include <algorithm>
 #include <numeric>
-#include <optional>
 #include <string_view>
 
-#include "apps/narravo/host_error.h"
+#include <speech/text_to_speech.h>
+
+#include "apps/narravo/commands.h"
 
 namespace narravo {
 namespace {
@@ -35,32 +36,32 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 }
 
 // The ways in which a voice can fit a wish, best first.
-using Fits = bool (*)(const VoiceEntry&, const std::string& wanted);
+using Fits = bool (*)(const Voice&, const std::string& wanted);
 constexpr Fits kWaysToFit[] = {
-    [](const VoiceEntry& voice, const std::string& wanted) { return same(voice.name, wanted); },
-    [](const VoiceEntry& voice, const std::string& wanted) { return same(voice.key, wanted); },
-    [](const VoiceEntry& voice, const std::string& wanted) { return same(voice.displayName, wanted); },
-    [](const VoiceEntry& voice, const std::string& wanted) { return same(voice.language, wanted); },
-    [](const VoiceEntry& voice, const std::string& wanted) { return isLanguage(voice.language, wanted); },
-    [](const VoiceEntry& voice, const std::string& wanted) {
+    [](const Voice& voice, const std::string& wanted) { return same(voice.name, wanted); },
+    [](const Voice& voice, const std::string& wanted) { return same(voice.key, wanted); },
+    [](const Voice& voice, const std::string& wanted) { return same(voice.displayName, wanted); },
+    [](const Voice& voice, const std::string& wanted) { return same(voice.language, wanted); },
+    [](const Voice& voice, const std::string& wanted) { return isLanguage(voice.language, wanted); },
+    [](const Voice& voice, const std::string& wanted) {
       return lower(voice.key).find(lower(wanted)) != std::string::npos;
     },
 };
 
 /// Among voices that fit equally: the user's own language, then a language's home country (fr-FR), then list
 /// order.
-int distance(const VoiceEntry& voice, const std::string& userLanguage) {
+int distance(const Voice& voice, const std::string& userLanguage) {
   const std::string code = lower(voice.language);
   if (code == lower(userLanguage)) return 0;
   const std::size_t dash = code.find('-');
   return dash != code.npos && code.substr(0, dash) == code.substr(dash + 1) ? 1 : 2;
 }
 
-std::string similarVoices(const std::vector<VoiceEntry>& voices, const std::string& wanted) {
+std::string similarVoices(const std::vector<Voice>& voices, const std::string& wanted) {
   constexpr std::size_t kSuggestions = 3;
   const std::size_t tolerated = std::max<std::size_t>(1, wanted.size() / 3);
   std::vector<std::pair<std::size_t, std::string>> similar;
-  for (const VoiceEntry& voice : voices) {
+  for (const Voice& voice : voices) {
     for (const std::string& name : {voice.key, voice.language}) {
       const std::size_t distance = editDistance(lower(name), lower(wanted));
       if (distance <= tolerated) similar.emplace_back(distance, name);
@@ -74,41 +75,64 @@ std::string similarVoices(const std::vector<VoiceEntry>& voices, const std::stri
   return text.empty() ? text : text + "?";
 }
 
+Voice describe(LXAPIProduct& product) {
+  using speech::toUtf8;
+  Voice voice;
+  voice.key = toUtf8(product.getEngineKey1().GetString());
+  voice.name = voice.key + "-" + toUtf8(product.getEngineKey2().GetString());
+  voice.displayName = toUtf8(product.getDisplayName().GetString());
+  voice.language = toUtf8(product.getLanguageCode().GetString());
+  voice.gender = toUtf8(product.getGenderText().GetString());
+  voice.sampleRateHz = product.getSampleRateHz();
+  voice.engineType = toUtf8(product.getEngineType().GetString());
+  voice.product = &product;
+  return voice;
+}
+
 }  // namespace
+
+LibraryRelease::~LibraryRelease() { ITextToSpeech::releaseInstance(); }
+
+std::vector<Voice> installedVoices() {
+  std::vector<Voice> voices;
+  LXAPIProductList* const products = ITextToSpeech::getLXAPIProductList();
+  for (POSITION at = products->GetHeadPosition(); at != nullptr;)
+    voices.push_back(describe(*products->GetNext(at)));
+  return voices;
+}
 
 bool isLanguage(const std::string& code, const std::string& wanted) {
   const std::string prefix = lower(wanted);
   return lower(code).starts_with(prefix) && (code.size() == prefix.size() || code[prefix.size()] == '-');
 }
 
-std::size_t chooseVoice(const std::vector<VoiceEntry>& voices, const VoiceWish& wish,
-                        const std::string& userLanguage) {
+Voice chooseVoice(const std::vector<Voice>& voices, const VoiceWish& wish, const std::string& userLanguage) {
   if (voices.empty()) throw HostError(kExitNoVoice, "no voice is installed");
 
-  const auto best = [&](const std::string& wanted) -> std::optional<std::size_t> {
+  const auto findBest = [&](const std::string& wanted) -> const Voice* {
     for (const Fits fits : kWaysToFit) {
-      std::optional<std::size_t> found;
-      for (std::size_t i = 0; i < voices.size(); ++i) {
-        if (!wish.gender.empty() && !same(voices[i].gender, wish.gender)) continue;
-        if (!fits(voices[i], wanted)) continue;
-        if (!found || distance(voices[i], userLanguage) < distance(voices[*found], userLanguage)) found = i;
+      const Voice* best = nullptr;
+      for (const Voice& voice : voices) {
+        if (!wish.gender.empty() && !same(voice.gender, wish.gender)) continue;
+        if (!fits(voice, wanted)) continue;
+        if (best == nullptr || distance(voice, userLanguage) < distance(*best, userLanguage)) best = &voice;
       }
-      if (found) return found;
+      if (best != nullptr) return best;
     }
-    return std::nullopt;
+    return nullptr;
   };
 
   if (!wish.voice.empty()) {
-    if (const auto found = best(wish.voice)) return *found;
+    if (const Voice* const found = findBest(wish.voice)) return *found;
     const std::string gender = wish.gender.empty() ? "" : lower(wish.gender) + " ";
     throw HostError(kExitNoVoice, "no " + gender + "voice matches '" + wish.voice + "'" +
                                       similarVoices(voices, wish.voice) + " (narravo voices lists them all)");
   }
   for (const std::string& language :
        {userLanguage, userLanguage.substr(0, userLanguage.find('-')), std::string("en")}) {
-    if (const auto found = best(language)) return *found;
+    if (const Voice* const found = findBest(language)) return *found;
   }
-  return 0;
+  return voices.front();
 }
 
 }  // namespace narravo

@@ -1,16 +1,16 @@
-#include "apps/narravo/speech_file.h"
+#include "apps/narravo/speech_export.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <utility>
 
 #include <windows.h>
 
-#include "apps/narravo/file_path.h"
-#include "apps/narravo/host_error.h"
-#include "apps/narravo/scratch_folder.h"
-#include "apps/narravo/text_encoding.h"
-#include "apps/narravo/working_notice.h"
+#include "apps/narravo/commands.h"
+#include "apps/narravo/console.h"
+#include "win32/paths.h"
+#include "win32/text.h"
 
 namespace narravo {
 namespace {
@@ -46,18 +46,26 @@ int rateIndexOf(int rateHz) {
   return static_cast<int>(rate - std::begin(kRatesHz));
 }
 
-/// sox.exe lies beside this program.
-std::wstring toolFolder() {
-  wchar_t program[MAX_PATH] = L"";
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  return std::filesystem::path(program).parent_path().wstring() + L"\\";
-}
+/// A fresh folder, deleted with what is in it.
+class ScratchFolder {
+ public:
+  ScratchFolder() : path_(speech::newTemporaryPath(L"")) {
+    std::error_code error;
+    std::filesystem::create_directory(path_, error);
+    if (error) throw HostError(kExitFile, "no temporary folder can be made: " + error.message());
+  }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
 
-bool fitsCodePage(const std::wstring& text) {
-  BOOL isLost = FALSE;
-  WideCharToMultiByte(CP_THREAD_ACP, WC_NO_BEST_FIT_CHARS, text.c_str(), -1, nullptr, 0, nullptr, &isLost);
-  return isLost == FALSE;
-}
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
 
 /// The output as it was before, put back unless the new file is kept.
 class OlderFile {
@@ -65,10 +73,10 @@ class OlderFile {
   OlderFile(std::filesystem::path path, const ScratchFolder& scratch)
       : path_(std::move(path)), copy_(scratch.path() / L"older") {
     std::error_code error;
-    isThere_ = std::filesystem::exists(path_, error);
-    if (isThere_) std::filesystem::copy_file(path_, copy_, error);
-    if (isThere_ && !error) std::filesystem::remove(path_, error);
-    if (error) throw HostError(kExitFile, "cannot replace " + toUtf8(path_.wstring()));
+    exists_ = std::filesystem::exists(path_, error);
+    if (exists_) std::filesystem::copy_file(path_, copy_, error);
+    if (exists_ && !error) std::filesystem::remove(path_, error);
+    if (error) throw HostError(kExitFile, "cannot replace " + speech::toUtf8(path_.wstring()));
   }
   OlderFile(const OlderFile&) = delete;
   OlderFile& operator=(const OlderFile&) = delete;
@@ -76,20 +84,20 @@ class OlderFile {
     if (isReplaced_) return;
     std::error_code ignored;
     std::filesystem::remove(path_, ignored);
-    if (isThere_) std::filesystem::copy_file(copy_, path_, ignored);
+    if (exists_) std::filesystem::copy_file(copy_, path_, ignored);
   }
 
-  void keepNewOne() { isReplaced_ = true; }
+  void keepNewFile() { isReplaced_ = true; }
 
  private:
   std::filesystem::path path_;
   std::filesystem::path copy_;
-  bool isThere_ = false;
+  bool exists_ = false;
   bool isReplaced_ = false;
 };
 
 /// The library does not say whether SoX succeeded; the file does.
-bool holdsSomething(const std::filesystem::path& path) {
+bool hasContent(const std::filesystem::path& path) {
   std::error_code error;
   return std::filesystem::file_size(path, error) > 0 && !error;
 }
@@ -104,30 +112,32 @@ bool isDiskFull(const std::filesystem::path& path) {
 
 }  // namespace
 
-void requireFileType(const std::string& output) { fileTypeOf(pathFromUtf8(output)); }
+void requireExportType(const std::string& name) { fileTypeOf(pathOf(name)); }
 
-void writeSpeechFile(SpeechSession& session, const std::wstring& text, bool isSsml, const std::string& name,
-                     std::optional<int> rateHz) {
-  const std::filesystem::path output = std::filesystem::absolute(pathFromUtf8(name));
+std::vector<int> exportRatesHz() { return {std::begin(kRatesHz), std::end(kRatesHz)}; }
+
+void exportSpeech(SpeechSession& session, const std::wstring& text, bool isSsml, const std::string& name,
+                  std::optional<int> rateHz) {
+  const std::filesystem::path output = std::filesystem::absolute(pathOf(name));
   const FileType& type = fileTypeOf(output);
-  const int rateIndex = rateIndexOf(rateHz.value_or(session.product().getSampleRateHz()));
-  session.engine().setToolFolder(toolFolder().c_str());
+  const int rateIndex = rateIndexOf(rateHz.value_or(session.voice().sampleRateHz));
+  session.engine().setToolFolder(speech::moduleFolder(nullptr).c_str());  // sox.exe is beside this program
 
   const ScratchFolder scratch;
   OlderFile older(output, scratch);
-  // The library takes file names in the system's code page; what it cannot name is made under a plain name.
-  const bool isDirect = fitsCodePage(output.wstring());
+  // The library takes file names in the code page; what that cannot name is made under a plain name.
+  const bool isDirect = speech::toNarrowExactly(output.wstring(), speech::CodePage::kThread).has_value();
   const std::filesystem::path made =
       isDirect ? output : scratch.path() / (std::wstring(L"speech") + type.extension);
-  const WorkingNotice notice("exporting " + name);
+  const WorkingNotice notice("exporting " + name, WorkingNotice::usualPace());
   const int result =
       session.engine().textToFile(text.c_str(), made.c_str(), type.format, isSsml, rateIndex, true);
   if (isDiskFull(output)) throw HostError(kExitFile, "the disk is full: " + name);
-  if (result != 1 || !holdsSomething(made)) session.reportRefusal("cannot export to " + name);
+  if (result != 1 || !hasContent(made)) session.reportRefusal("cannot export to " + name);
   std::error_code error;
   if (!isDirect) std::filesystem::copy_file(made, output, error);
   if (error) throw HostError(kExitFile, "cannot write " + name);
-  older.keepNewOne();
+  older.keepNewFile();
 }
 
 }  // namespace narravo

@@ -1,8 +1,13 @@
-#include "apps/narravo/host_window.h"
+#include "apps/narravo/speech_notices.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cwctype>
+#include <utility>
 
-#include "apps/narravo/host_error.h"
+#include <speech/notices.h>
+
+#include "apps/narravo/commands.h"
 
 namespace narravo {
 namespace {
@@ -61,12 +66,12 @@ HostWindow::~HostWindow() {
 
 bool HostWindow::run() {
   MSG message{};
-  while (running_ && !interrupted_ && GetMessageW(&message, nullptr, 0, 0) > 0) {
+  while (isRunning_ && !isInterrupted_ && GetMessageW(&message, nullptr, 0, 0) > 0) {
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }
   if (failure_) std::rethrow_exception(failure_);
-  return !interrupted_;
+  return !isInterrupted_;
 }
 
 LRESULT CALLBACK HostWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -84,15 +89,15 @@ void HostWindow::notify(WPARAM wParam, LPARAM lParam) {
     handler_(wParam, lParam);
   } catch (...) {
     failure_ = std::current_exception();
-    running_ = false;
+    isRunning_ = false;
   }
 }
 
 LRESULT HostWindow::receive(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == kNoticeMessage) {
-    if (handler_ && running_) notify(wParam, lParam);
+    if (handler_ && isRunning_) notify(wParam, lParam);
   } else if (message == kInterruptMessage) {
-    interrupted_ = true;
+    isInterrupted_ = true;
     if (interruptHandler_) interruptHandler_();
     PostMessageW(window_, WM_NULL, 0, 0);  // a sent message alone does not wake GetMessage
   } else {
@@ -100,6 +105,33 @@ LRESULT HostWindow::receive(UINT message, WPARAM wParam, LPARAM lParam) {
     serviceMessage_.assign(static_cast<const char*>(data->lpData), data->cbData);
   }
   return TRUE;
+}
+
+SpeechProgress::Step SpeechProgress::read(WPARAM wParam, LPARAM lParam) {
+  using namespace speech;
+  if (isCloud_) {
+    if (wParam == kNoticePlaybackStarted) return {Kind::kStarted, {}, {}};
+    if (wParam == kNoticePlaybackEnded) return {Kind::kEnded, {}, {}};
+    return {wParam == kNoticeFinishedOrFailed ? Kind::kFailed : Kind::kOther, {}, {}};
+  }
+
+  const std::size_t offset = wParam;
+  // The end of a local speech looks like a word of one letter at this very offset. It is that word if the
+  // text has one there and nothing behind it was heard yet.
+  if (wParam == kNoticeFinishedOrFailed && lParam == kDetailFinishedOrFailed &&
+      !(heardUpTo_ <= offset && isOneLetterWord(offset))) {
+    return {Kind::kEnded, {}, {}};
+  }
+  if (lParam <= 0 || offset >= text_.size()) return {Kind::kOther, {}, {}};
+  const std::wstring_view word = text_.substr(offset, static_cast<std::size_t>(lParam));
+  const std::size_t end = offset + word.size();
+  const std::size_t begin = std::exchange(heardUpTo_, std::max(heardUpTo_, end));
+  return {Kind::kWord, word, text_.substr(std::min(begin, end), end - std::min(begin, end))};
+}
+
+bool SpeechProgress::isOneLetterWord(std::size_t offset) const {
+  const auto isLetter = [this](std::size_t at) { return at < text_.size() && std::iswalnum(text_[at]) != 0; };
+  return isLetter(offset) && !isLetter(offset - 1) && !isLetter(offset + 1);
 }
 
 }  // namespace narravo

@@ -1,10 +1,13 @@
 #pragma once
 
-// The host's side of the notices: a message-only window that receives them and a loop that waits for them.
+// The host's side of the notices: a message-only window that receives them, a loop that waits for them, and
+// what they say of a speech.
 
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include <windows.h>
 
@@ -35,7 +38,7 @@ class HostWindow {
 
   /// Pumps messages until finish() or Ctrl-C. @return false after Ctrl-C
   bool run();
-  void finish() { running_ = false; }
+  void finish() { isRunning_ = false; }
 
   /// What the speech service said of its last failure; empty when it said nothing.
   const std::string& serviceMessage() const { return serviceMessage_; }
@@ -50,8 +53,38 @@ class HostWindow {
   std::function<void()> interruptHandler_;
   std::string serviceMessage_;
   std::exception_ptr failure_;
-  bool running_ = true;
-  bool interrupted_ = false;
+  bool isRunning_ = true;
+  bool isInterrupted_ = false;
+};
+
+/// Reads the notices of one speech.
+class SpeechProgress {
+ public:
+  enum class Kind { kWord, kStarted, kEnded, kFailed, kOther };
+
+  struct Step {
+    Kind kind;
+    std::wstring_view word;  ///< For kWord: the part of the text that is heard now.
+    /// For kWord: the same with what stands between it and the last one. An engine may speak several words as
+    /// one and announce the first only.
+    std::wstring_view wordInContext;
+  };
+
+  /// @param text     what was given to speak; must outlive this object
+  /// @param isCloud  whether a voice of the speech service speaks: its notices differ
+  SpeechProgress(std::wstring_view text, bool isCloud) : text_(text), isCloud_(isCloud) {}
+
+  Step read(WPARAM wParam, LPARAM lParam);
+
+  /// What stands behind the last word that was heard.
+  std::wstring_view rest() const { return text_.substr(heardUpTo_); }
+
+ private:
+  bool isOneLetterWord(std::size_t offset) const;
+
+  std::wstring_view text_;
+  bool isCloud_;
+  std::size_t heardUpTo_ = 0;
 };
 
 }  // namespace narravo
