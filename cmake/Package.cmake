@@ -1,4 +1,4 @@
-# What a developer gets: cmake --install makes the tree, the target "package" makes one ZIP of it.
+# What a developer gets: cmake --install makes the tree, the target "package" builds what is in it and makes one ZIP.
 
 include(CMakePackageConfigHelpers)
 
@@ -60,17 +60,7 @@ endif()
 set(engine_exports lib/lxapi.def)
 
 # What speech.dll exports to programs in C, for compilers that make import libraries of their own
-set(c_functions)
-foreach(header IN LISTS speech_public_headers)
-  if(header MATCHES "^(include/speech/c|audio)/")
-    file(STRINGS "${header}" declarations REGEX "^SPEECH_API [^;]*[(]")
-    list(TRANSFORM declarations REPLACE "^.*[ *]([A-Za-z_0-9]+)[(].*$" "  \\1")
-    list(APPEND c_functions ${declarations})
-  endif()
-endforeach()
-list(JOIN c_functions "\n" c_functions)
-file(CONFIGURE OUTPUT speech.def CONTENT "LIBRARY speech\nEXPORTS\n${c_functions}\n" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/speech.def" DESTINATION lib)
+install(FILES speech/speech.def DESTINATION lib)
 
 install(EXPORT speechTargets NAMESPACE speech:: DESTINATION ${package_dir})
 configure_package_config_file(cmake/speechConfig.cmake.in "${PROJECT_BINARY_DIR}/speechConfig.cmake"
@@ -104,12 +94,8 @@ foreach(name IN ITEMS GPL-2 GPL-3 LGPL-2 LGPL-2.1 LGPL-3)
 endforeach()
 
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
-set(CPACK_GENERATOR External)
-set(CPACK_EXTERNAL_ENABLE_STAGING ON)
-set(CPACK_EXTERNAL_PACKAGE_SCRIPT "${PROJECT_SOURCE_DIR}/cmake/MakePackage.cmake")
-set(CPACK_SPEECH_SOURCE_DIR "${PROJECT_SOURCE_DIR}")
-set(CPACK_SPEECH_PYTHON "${Python3_EXECUTABLE}")
-set(CPACK_PACKAGE_NAME speech)
-set(CPACK_PACKAGE_FILE_NAME "speech-${PROJECT_VERSION}-windows-x86")
-set(CPACK_VERBATIM_VARIABLES ON)
-include(CPack)
+set(speech_make_package "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/cmake/make_package.py" "${CMAKE_COMMAND}"
+  "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}" $<CONFIG>)
+set(speech_package "speech-${PROJECT_VERSION}-windows-x86.zip")
+add_custom_target(package COMMAND ${speech_make_package} "${PROJECT_BINARY_DIR}/${speech_package}" VERBATIM)
+add_dependencies(package speech lxapi narravo)

@@ -2,12 +2,11 @@
 """Holds the C header of the audio utilities against the C++ headers that define them: the same functions, records and
 numbers."""
 
+import pathlib
 import re
 import sys
 
-from slots import FOLDER
-
-SOURCE = FOLDER.parent.parent
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
 CPP_HEADERS = [SOURCE / "audio" / f"{name}.h" for name in
                "wav_header rate_converter rate_wrappers stream_converter file_io".split()]
 C_HEADER = SOURCE / "include/speech/audio_c.h"

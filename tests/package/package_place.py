@@ -14,7 +14,8 @@ import unittest
 import wave
 import zipfile
 
-CMAKE, CPACK, BUILD, TOOLCHAIN, VERSION, DRIVER = sys.argv[1:7]
+DRIVER, TOOLCHAIN, VERSION, PACKAGE, *MAKE_PACKAGE = sys.argv[1:]
+CMAKE, SOURCE, BUILD = MAKE_PACKAGE[2:5]
 SAMPLES = ("console_c", "reader")
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
@@ -37,8 +38,9 @@ REGISTRY = """REGEDIT4
 
 def make_package(folder):
     """Packs what is built; the package's path."""
-    subprocess.run([CPACK, "-B", str(folder)], cwd=BUILD, check=True, stdout=subprocess.DEVNULL)
-    [package] = pathlib.Path(folder).glob("*.zip")
+    pathlib.Path(folder).mkdir()
+    package = pathlib.Path(folder) / PACKAGE
+    subprocess.run([*MAKE_PACKAGE, package], check=True, stdout=subprocess.DEVNULL)
     return package
 
 

@@ -1,6 +1,6 @@
 """Does with the package what its users do.
 
-usage: package_test.py CMAKE CPACK BUILD_FOLDER TOOLCHAIN_FILE VERSION WINDOW_DRIVER
+usage: package_test.py WINDOW_DRIVER TOOLCHAIN_FILE VERSION PACKAGE COMMAND...   (the command that makes the package)
 """
 
 import pathlib

@@ -21,10 +21,11 @@ execute_process(COMMAND i686-w64-mingw32-g++-posix -print-file-name=include
   OUTPUT_VARIABLE gcc_headers OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 find_path(MINGW_HEADERS windows.h PATHS /usr/share/mingw-w64/include NO_DEFAULT_PATH REQUIRED)
 
-# mingw's headers expect a compiler of their own family, which defines these.
-set(mingw_definitions -D__MINGW32__ -D_X86_ -D_ALLOCA_S_MARKER_SIZE=8 -D__declspec=__declspec)
+# mingw's headers expect a compiler of their own family, which defines these. minimp3 would include clang's header of
+# intrinsics, which excludes mingw's.
+set(definitions -D__MINGW32__ -D_X86_ -D_ALLOCA_S_MARKER_SIZE=8 -D__declspec=__declspec -DMINIMP3_NO_SIMD)
 set(target --target=i686-pc-windows-msvc -fms-compatibility-version=19.37 /clang:-fgnuc-version=12.0
-  ${mingw_definitions} -Werror -imsvc "${CMAKE_CURRENT_LIST_DIR}/stand_in")
+  ${definitions} -Werror -imsvc "${CMAKE_CURRENT_LIST_DIR}/stand_in")
 string(JOIN " " CMAKE_C_FLAGS_INIT ${target} -imsvc "${MINGW_HEADERS}")
 string(JOIN " " CMAKE_CXX_FLAGS_INIT ${target}
   -imsvc "${gcc_headers}/c++" -imsvc "${gcc_headers}/c++/i686-w64-mingw32" -imsvc "${MINGW_HEADERS}")
