@@ -1,5 +1,6 @@
 // Speaking to the sound device, and what the host hears of it.
 
+#include <cstddef>
 #include <cstdio>
 
 #include "engines/local/engine_events.h"
@@ -29,7 +30,7 @@ bool OrvaneLXAPI::speak(const wchar_t* text, bool flag) {
 
 bool OrvaneLXAPI::speakSync(UINT message, const char* text) {
   guarded([&] {
-    const std::string utf8 = toUtf8(fromThreadCodePage(textOrEmpty(text)));
+    const std::string utf8 = toUtf8(fromSystemCodePage(textOrEmpty(text)));
     stop();
     LXAPI_Speak(ttsHandle, utf8.c_str(), -1, speakFlags(false));
     // Kept: the null window; no window receives the message.
@@ -61,11 +62,16 @@ bool OrvaneLXAPI::isSpeaking() { return !idle; }
 
 bool OrvaneLXAPI::isPaused() { return paused; }
 
+// Where engine libraries put what hosts are told.
+static_assert(offsetof(LXEVENT, word1) == 4 && offsetof(LXEVENT, word2) == 8);
+static_assert(offsetof(LXEVENT, name) == 12 && sizeof(LXEVENT) == 288);
+
 void LXAPI_CALL onEngineEvent(std::uint32_t handle, std::int32_t event, const LXEVENT* record) {
   const std::uint32_t forwarded = g_eventTtsHandle.load(std::memory_order_relaxed);
   if (forwarded == 0 || handle != forwarded || !g_eventForwarding.load(std::memory_order_relaxed)) return;
-  if (record == nullptr) return;
-  const LXEVENT own = *record;
+  // The end needs no record, so an engine library that sends it none loses nothing.
+  if (record == nullptr && event != LX_EVENT_END) return;
+  const LXEVENT own = record != nullptr ? *record : LXEVENT{};
 
   switch (event) {
     case LX_EVENT_WORD:

@@ -31,7 +31,7 @@ bool hasContent(const char* path) {
 void reportLoadFailure(const UserReport& report, const char* path, int unloadResult, int loadResult) {
   CStringW message;
   message.Format(L"User dictionary load failed.\nFile name : %s\nError code : %d %d",
-                 fromThreadCodePage(path).c_str(), unloadResult, loadResult);
+                 fromSystemCodePage(path).c_str(), unloadResult, loadResult);
   report(message);
 }
 

@@ -85,11 +85,18 @@ std::vector<std::string> RecordingEngine::takeCalls() {
 
 void RecordingEngine::raise(std::uint32_t tts, std::int32_t event, std::uint32_t word1, std::uint32_t word2,
                             const std::string& name) {
-  LXEVENT record = {};
-  record.word1 = word1;
-  record.word2 = word2;
-  std::memcpy(record.name, name.data(), std::min(name.size(), sizeof record.name));
-  std::thread([&] { eventProcedure(tts, event, &record); }).join();
+  // Laid out by hand: these are the offsets at which engine libraries put them.
+  constexpr std::size_t kWord1 = 4, kWord2 = 8, kName = 12, kSize = 288;
+  std::vector<std::uint32_t> words(kSize / 4);
+  auto* const record = reinterpret_cast<char*>(words.data());
+  std::memcpy(record + kWord1, &word1, sizeof word1);
+  std::memcpy(record + kWord2, &word2, sizeof word2);
+  std::memcpy(record + kName, name.data(), std::min(name.size(), kSize - kName));
+  std::thread([&] { eventProcedure(tts, event, reinterpret_cast<const LXEVENT*>(record)); }).join();
+}
+
+void RecordingEngine::raiseWithoutRecord(std::uint32_t tts, std::int32_t event) const {
+  std::thread([&] { eventProcedure(tts, event, nullptr); }).join();
 }
 
 std::int32_t RecordingEngine::record(const std::string& function, const std::string& arguments,
@@ -280,7 +287,8 @@ int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, 
   }
   const auto& texts = recording().internalTexts;
   if (const auto found = texts.find(function); found != texts.end() && text != nullptr) {
-    std::memcpy(text, found->second.c_str(), found->second.size() + 1);
+    constexpr std::size_t kBufferSize = 1000;
+    std::memcpy(text, found->second.c_str(), std::min(found->second.size() + 1, kBufferSize));
   }
   return recording().record("LXAPI_CallEngineInternal", arguments);
 }

@@ -68,6 +68,7 @@ class RecordingEngine {
   /// has returned.
   void raise(std::uint32_t tts, std::int32_t event, std::uint32_t word1 = 0, std::uint32_t word2 = 0,
              const std::string& name = {});
+  void raiseWithoutRecord(std::uint32_t tts, std::int32_t event) const;
 
   // What follows serves the functions of lxapi.h.
 

@@ -23,11 +23,12 @@ TEST_F(LocalSession, OptionsGoToTheEngineInOrderWhateverItAnswers) {
 }
 
 TEST_F(LocalSession, OutputDevicesCountFromOneAndZeroIsTheDefault) {
+  start({.key1 = L"A", .sampleRateHz = 16000});
   recording().answer("LXAPI_SetOutputAudio", -10);
   EXPECT_TRUE(engine_->setOutputAudio(0));
   EXPECT_TRUE(engine_->setOutputAudio(1));
-  EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_SetOutputAudio(1, {1, 16, 22050, -1})",
-                                                   "LXAPI_SetOutputAudio(1, {1, 16, 22050, 0})"));
+  EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_SetOutputAudio(1, {1, 16, 16000, -1})",
+                                                   "LXAPI_SetOutputAudio(1, {1, 16, 16000, 0})"));
 }
 
 TEST_F(LocalSession, LoadingAndUnloadingReportOnlyTheEnginesAnswer) {

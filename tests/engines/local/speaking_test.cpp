@@ -25,6 +25,9 @@ TEST_F(LocalSpeaking, ACapitalNInTheSecondKeyChoosesTheAsynchronousCall) {
   engine_->speak(L"x", true);
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_SynthesizeAsync(1, \"x\", -1, 2, -1)",
                                                    "LXAPI_SynthesizeAsync(1, \"x\", -1, 130, -1)"));
+  start({.key1 = L"A", .key2 = L"Na"});
+  engine_->speak(L"x", false);
+  EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_SynthesizeAsync(1, \"x\", -1, 2, -1)"));
   start({.key1 = L"N", .key2 = L"an"});
   engine_->speak(L"x", false);
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_Speak(1, \"x\", -1, 2)"));
@@ -63,7 +66,9 @@ TEST_F(LocalSpeaking, WordsAndTheEndReachTheHostAndTheEndDoesNotEndSpeaking) {
   recording().raise(1, 1, 7, 42, "chapter");              // a bookmark posts nothing
   recording().raise(1, 8, 7, 42, std::string(400, 'x'));  // no terminator within the record
   for (const int unknown : {0, 4}) recording().raise(1, unknown, 7, 42);
-  EXPECT_THAT(window_.takeNotices(), ElementsAre(Notice{7, 42}, Notice{0xFFFFFFFF, 0}, Notice{3858, 1}));
+  for (const int number : {1, 2, 8, 16, 32}) recording().raiseWithoutRecord(1, number);
+  EXPECT_THAT(window_.takeNotices(),
+              ElementsAre(Notice{7, 42}, Notice{0xFFFFFFFF, 0}, Notice{3858, 1}, Notice{3858, 1}));
   EXPECT_TRUE(engine_->isSpeaking());
 }
 
@@ -86,6 +91,9 @@ TEST_F(LocalSpeaking, ForwardingIsOffUntilItIsTurnedOnOrTheNextEngineIsBuilt) {
   recording().raise(1, 2);
   recording().raise(1, 16, 1, 2);
   EXPECT_THAT(window_.takeNotices(), IsEmpty());
+  recording().answer("LXAPI_Speak", -6);
+  EXPECT_FALSE(engine_->speak(L"x", false));
+  EXPECT_THAT(window_.takeNotices(), ElementsAre(Notice{3858, 1})) << "a refusal is no event";
   engine_->setEventNotify(true);
   recording().raise(1, 2);
   EXPECT_THAT(window_.takeNotices(), ElementsAre(Notice{3858, 1}));

@@ -2,6 +2,7 @@
 #include "tests/engines/local/local_engine_test.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
+#include "win32/text.h"
 
 namespace speech::test {
 namespace {
@@ -18,16 +19,16 @@ class LocalDictionary : public LocalEngineTest {
 
   std::string file(const char* name, const char* content) const {
     writeFile(folder_ / name, content);
-    return (folder_ / name).string();
+    return toSystemCodePage((folder_ / name).wstring());
   }
 
   static std::wstring failure(const std::string& path, const wchar_t* codes) {
-    return L"User dictionary load failed.\nFile name : " + std::wstring(path.begin(), path.end()) +
-           L"\nError code : " + codes;
+    return L"User dictionary load failed.\nFile name : " + fromSystemCodePage(path) + L"\nError code : " +
+           codes;
   }
 
   std::vector<std::wstring> messages_;
-  TemporaryFolder folder_;
+  TemporaryFolder folder_{L"\u00e9l\u00e8ve"};
 };
 
 TEST_F(LocalDictionary, AWordListReplacesDictionaryZero) {
@@ -85,7 +86,11 @@ TEST_F(LocalDictionary, AnEngineOfTypeNvUnloadsDictionaryOne) {
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_UnloadUserDict(101, 3)"));
   start({.key1 = L"A", .type = L"Nv"});
   engine_->unloadUserDict(3);
-  EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_UnloadUserDict(101, 1)"));
+  const std::string path = file("words.csv", "a,b\n");
+  engine_->loadUserDict(path.c_str());
+  EXPECT_THAT(recording().takeCalls(),
+              ElementsAre("LXAPI_UnloadUserDict(101, 1)", "LXAPI_UnloadUserDict(101, 1)",
+                          "LXAPI_LoadUserDict(101, 0, \"" + path + "\")"));
 }
 
 TEST_F(LocalDictionary, TheEnginesOwnFunctionsGetTheirArgumentsUnread) {
@@ -122,11 +127,15 @@ TEST_F(LocalDictionary, TheParserAndItsFieldsUseOtherOutputs) {
   recording().answerInternal("LX_CsvParser_GetField(4711, 1)", "second");
   EXPECT_STREQ(engine_->csvParserGetField(4711, 1), "second");
   EXPECT_STREQ(engine_->csvParserGetField(4711, 2), "");
+  const std::string longest(1000, 'x');
+  recording().answerInternal("LX_CsvParser_GetField(4711, 3)", longest);
+  EXPECT_EQ(engine_->csvParserGetField(4711, 3), longest) << "without a terminator of its own";
   EXPECT_THAT(
       recording().takeCalls(),
       ElementsAre("LXAPI_CallEngineInternal(101, \"LX_CsvParser_Init\", 0, 0, word, 0)",
                   "LXAPI_CallEngineInternal(101, \"LX_CsvParser_GetField\", 0, text, 0, 2, 4711, 1)",
-                  "LXAPI_CallEngineInternal(101, \"LX_CsvParser_GetField\", 0, text, 0, 2, 4711, 2)"));
+                  "LXAPI_CallEngineInternal(101, \"LX_CsvParser_GetField\", 0, text, 0, 2, 4711, 2)",
+                  "LXAPI_CallEngineInternal(101, \"LX_CsvParser_GetField\", 0, text, 0, 2, 4711, 3)"));
 }
 
 }  // namespace
