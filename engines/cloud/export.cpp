@@ -120,8 +120,8 @@ int Skyvo::exportAudio(const wchar_t* pcmPath, CStringW& outputBase, int format,
                        int rateIndex) {
   return guarded(-1, [&] {
     // Kept: SoX is looked for beside the program here, in the tool folder by textToFile.
-    const PcmExportRules rules{programFolder(), product_->getEngineKey1(), PcmExportRules::Source::kKept,
-                               LastFullBlock::kWritten};
+    const PcmExportRules rules{programFolder(), product_->getEngineKey1(), CodePage::kThread,
+                               PcmExportRules::Source::kKept, LastFullBlock::kWritten};
     return exportPcm(rules, CStringW(pcmPath), outputBase, format, dataSize, rateIndex);
   });
 }

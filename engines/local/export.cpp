@@ -6,11 +6,11 @@
 
 #include <cstdlib>
 #include <string>
-#include <utility>
+#include <string_view>
 
+#include "audio/rate_wrappers.h"
 #include "engines/local/export_formats.h"
 #include "engines/local/orvane_lxapi.h"
-#include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/pcm_export.h"
@@ -37,21 +37,30 @@ std::wstring makeExportTempPath() {
   return path.GetString();
 }
 
-/// The temporary WAV file of one export, deleted when the export ends.
+/// The name of a file that several steps of an export open. Some take it narrow, some wide: a character that
+/// the code page lacks is replaced in both, so that all of them mean the same file.
+struct FileName {
+  explicit FileName(std::wstring_view path)
+      : narrow(toSystemCodePage(path)), wide(fromSystemCodePage(narrow)) {}
+
+  std::string narrow;
+  std::wstring wide;
+};
+
+/// The temporary WAV file of one export, deleted when its scope ends.
 class TemporaryWav {
  public:
-  explicit TemporaryWav(std::wstring path) : path_(std::move(path)), narrowPath_(toThreadCodePage(path_)) {}
+  TemporaryWav() : name_(makeExportTempPath()) {}
   TemporaryWav(const TemporaryWav&) = delete;
   TemporaryWav& operator=(const TemporaryWav&) = delete;
-  ~TemporaryWav() { DeleteFileW(path_.c_str()); }
+  ~TemporaryWav() { DeleteFileW(path()); }
 
-  const wchar_t* path() const { return path_.c_str(); }
-  const char* narrowPath() const { return narrowPath_.c_str(); }
-  bool isThere() const { return _waccess_s(path_.c_str(), 0) == 0; }
+  const wchar_t* path() const { return name_.wide.c_str(); }
+  const char* narrowPath() const { return name_.narrow.c_str(); }
+  bool isThere() const { return _waccess_s(path(), 0) == 0; }
 
  private:
-  std::wstring path_;
-  std::string narrowPath_;
+  FileName name_;
 };
 
 bool goesThroughSox(ExportRoute route) {
@@ -73,7 +82,7 @@ int OrvaneLXAPI::textToFile(const wchar_t* text, const wchar_t* path, int format
   return guarded(kFailed, [&] {
     const std::string utf8 = toUtf8(textOrEmpty(text));
     const std::wstring destination(textOrEmpty(path));
-    const std::string narrowDestination = toThreadCodePage(destination);
+    const FileName destinationName(destination);
     const int targetRateHz = getSampleRate(rateIndex);
     if (targetRateHz == -1) return kFailed;
     const auto row = exportFormat(format);
@@ -84,7 +93,6 @@ int OrvaneLXAPI::textToFile(const wchar_t* text, const wchar_t* path, int format
     const CStringW soxProgram = sox::programPath(toolFolder);
     if (goesThroughSox(route) && !sox::isAccessible(soxProgram)) return kFailed;
 
-    const TemporaryWav wav(makeExportTempPath());
     const auto synthesizeInto = [&](const char* file, int32_t fileCode) {
       LXAPI_SetOutputFile(ttsHandle, file, fileCode);
       const int32_t length = flag ? static_cast<int32_t>(utf8.size()) : -1;
@@ -92,22 +100,22 @@ int OrvaneLXAPI::textToFile(const wchar_t* text, const wchar_t* path, int format
     };
     bool synthesized = false;
     if (route == ExportRoute::kDirect) {
-      synthesized = synthesizeInto(narrowDestination.c_str(), row->engineFileCode);
-    } else if (goesThroughSox(route)) {
-      synthesized = synthesizeInto(wav.narrowPath(), LX_FILE_WAV);
-      runProgram(soxProgram, soxLine(route, wav, targetRateHz, destination.c_str()));
+      synthesized = synthesizeInto(destinationName.narrow.c_str(), row->engineFileCode);
     } else {
+      const TemporaryWav wav;
       synthesized = synthesizeInto(wav.narrowPath(), LX_FILE_WAV);
-      convertWavFile(wav.path(), targetRateHz, 16, 1, destination.c_str());
-      if (!wav.isThere()) return kFailed;
-      if (route == ExportRoute::kConvertAndStrip &&
-          !stripWavHeader(destination.c_str(), destination.c_str())) {
-        return kFailed;
+      if (goesThroughSox(route)) {
+        runProgram(soxProgram, soxLine(route, wav, targetRateHz, destination.c_str()));
+      } else {
+        RATEAPI_WAV2WAV(wav.narrowPath(), targetRateHz, 16, 1, destinationName.narrow.c_str());
+        if (!wav.isThere()) return kFailed;
+        const wchar_t* const converted = destinationName.wide.c_str();
+        if (route == ExportRoute::kConvertAndStrip && !stripWavHeader(converted, converted)) return kFailed;
       }
     }
     // Kept: hosts learn of a failed synthesis from the missing log line only.
     if (synthesized && logExport)
-      writeExportLog(exportLogLine(product->getEngineKey1(), destination.c_str()));
+      writeExportLog(exportLogLine(product->getEngineKey1(), destination.c_str()), CodePage::kSystem);
     return kDone;
   });
 }
@@ -115,8 +123,8 @@ int OrvaneLXAPI::textToFile(const wchar_t* text, const wchar_t* path, int format
 int OrvaneLXAPI::exportAudio(const wchar_t* source, CStringW& destination, int format, int dataSize,
                              int rateIndex) {
   return guarded(-1, [&] {
-    const PcmExportRules rules{toolFolder, product->getEngineKey1(), PcmExportRules::Source::kDeleted,
-                               LastFullBlock::kDropped};
+    const PcmExportRules rules{toolFolder, product->getEngineKey1(), CodePage::kSystem,
+                               PcmExportRules::Source::kDeleted, LastFullBlock::kDropped};
     return exportPcm(rules, CStringW(source), destination, format, dataSize, rateIndex);
   });
 }

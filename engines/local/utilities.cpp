@@ -20,8 +20,9 @@ bool OrvaneLXAPI::runUserDictEditor(const wchar_t* dictionary, const wchar_t* ex
 
 int OrvaneLXAPI::makeWavHeader(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample,
                                int channels) {
-  return guarded(-1,
-                 [&] { return writeWavHeaderFile(path, dataSize, sampleRateHz, bitsPerSample, channels); });
+  return guarded(-1, [&] {
+    return writeWavHeaderFile(path, dataSize, sampleRateHz, bitsPerSample, channels, CodePage::kSystem);
+  });
 }
 
 int OrvaneLXAPI::getSampleRate(int index) { return sampleRateAt(index); }
@@ -32,7 +33,8 @@ CStringW OrvaneLXAPI::escapeXml(const CStringW& text) {
 
 int OrvaneLXAPI::convertWavRate(const wchar_t* input, int rateHz, int bits, int channels,
                                 const wchar_t* output) {
-  return guarded(-1, [&] { return convertWavFile(input, rateHz, bits, channels, output); });
+  return guarded(-1,
+                 [&] { return convertWavFile(input, rateHz, bits, channels, output, CodePage::kSystem); });
 }
 
 }  // namespace speech

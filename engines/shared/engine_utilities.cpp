@@ -36,14 +36,16 @@ CStringW escapedXml(const CStringW& text) {
   return escaped;
 }
 
-int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample, int channels) {
-  return WAVHEADER_MAKER(toThreadCodePage(textOrEmpty(path)).c_str(), dataSize, sampleRateHz, bitsPerSample,
+int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample, int channels,
+                       CodePage codePage) {
+  return WAVHEADER_MAKER(toNarrow(textOrEmpty(path), codePage).c_str(), dataSize, sampleRateHz, bitsPerSample,
                          channels);
 }
 
-int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output) {
-  return RATEAPI_WAV2WAV(toThreadCodePage(textOrEmpty(input)).c_str(), rateHz, bits, channels,
-                         toThreadCodePage(textOrEmpty(output)).c_str());
+int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output,
+                   CodePage codePage) {
+  return RATEAPI_WAV2WAV(toNarrow(textOrEmpty(input), codePage).c_str(), rateHz, bits, channels,
+                         toNarrow(textOrEmpty(output), codePage).c_str());
 }
 
 bool runDictionaryEditor(const LXAPIProduct& product, const wchar_t* dictionary, const wchar_t* extra) {

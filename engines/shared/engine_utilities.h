@@ -1,8 +1,11 @@
 #pragma once
 
-// What both engines answer alike. Paths are the host's; a null text counts as empty.
+// What both engines answer alike. Paths are the host's; a null text counts as empty. The code page is the one
+// in which a path goes to the audio utilities.
 
 #include <speech/product.h>
+
+#include "win32/text.h"
 
 namespace speech {
 
@@ -16,10 +19,12 @@ int sampleRateIndexOf(int sampleRateHz);
 CStringW escapedXml(const CStringW& text);
 
 /// Writes a file that holds a WAV header only. 0, or -1.
-int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample, int channels);
+int writeWavHeaderFile(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample, int channels,
+                       CodePage codePage = CodePage::kThread);
 
 /// Converts a WAV file to another rate, sample width and channel count. 1, or -1.
-int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output);
+int convertWavFile(const wchar_t* input, int rateHz, int bits, int channels, const wchar_t* output,
+                   CodePage codePage = CodePage::kThread);
 
 /// Runs a product's dictionary editor on `dictionary` (empty: the product's own) with `extra` appended to the
 /// command line, and waits for it to end. False when it could not be started.

@@ -4,7 +4,6 @@
 
 #include "engines/shared/diagnostic_log.h"
 #include "win32/paths.h"
-#include "win32/text.h"
 
 namespace speech {
 
@@ -14,11 +13,11 @@ CStringW exportLogLine(const CStringW& speaker, const CStringW& path) {
   return line;
 }
 
-void writeExportLog(const CStringW& line) {
+void writeExportLog(const CStringW& line, CodePage codePage) {
   const auto documents = documentsFolder();
   // Kept: without a documents folder the line still goes to a log, at the root of the current drive.
   const std::wstring folder = documents ? *documents + L"\\Narravo" : std::wstring();
-  writeLog(toThreadCodePage(folder).c_str(), "%s", toThreadCodePage(line.GetString()).c_str());
+  writeLog(toNarrow(folder, codePage).c_str(), "%s", toNarrow(line.GetString(), codePage).c_str());
 }
 
 }  // namespace speech

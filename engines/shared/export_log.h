@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/framework.h"
+#include "win32/text.h"
 
 namespace speech {
 
@@ -8,6 +9,7 @@ namespace speech {
 CStringW exportLogLine(const CStringW& speaker, const CStringW& path);
 
 /// Adds a line to the daily log below the user's documents folder. An export does not fail with its log.
-void writeExportLog(const CStringW& line);
+/// @param codePage  of the line in the file, and of the folder's name
+void writeExportLog(const CStringW& line, CodePage codePage = CodePage::kThread);
 
 }  // namespace speech

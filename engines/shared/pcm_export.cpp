@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 #include <speech/formats.h>
 
+#include "audio/wav_header.h"
 #include "base/file.h"
 #include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"
@@ -34,15 +36,17 @@ constexpr std::array<PcmExportFormat, 5> kFormats = {{
 
 /// False when a file cannot be opened.
 bool writeWav(const CStringW& source, const CStringW& destination, int dataSize, int rateHz,
-              LastFullBlock lastFullBlock) {
-  writeWavHeaderFile(destination, dataSize, rateHz, 16, 1);
+              const PcmExportRules& rules) {
+  // Header and samples go by one name: a character that the code page lacks must not part them.
+  const std::string name = toNarrow(destination.GetString(), rules.codePage);
+  WAVHEADER_MAKER(name.c_str(), dataSize, rateHz, 16, 1);
   const File from = openFile(source, L"rb");
-  const File to = openFile(destination, L"ab+");
+  const File to = openFile(name.c_str(), "ab+");
   if (!from || !to) return false;
   std::fseek(from.get(), 0, SEEK_SET);
   // Kept: without effect, since an appending stream writes at its end.
   std::fseek(to.get(), kWavHeaderSize + 1, SEEK_SET);
-  appendSamples(from.get(), to.get(), dataSize, lastFullBlock);
+  appendSamples(from.get(), to.get(), dataSize, rules.lastFullBlock);
   return true;
 }
 
@@ -63,7 +67,7 @@ int exportPcm(const PcmExportRules& rules, const CStringW& source, CStringW& des
         CopyFileW(source, exported, FALSE);
         break;
       case Route::kWav:
-        if (!writeWav(source, exported, dataSize, rateHz, rules.lastFullBlock)) return -1;
+        if (!writeWav(source, exported, dataSize, rateHz, rules)) return -1;
         break;
       case Route::kSox:
         runProgram(sox::programPath(rules.soxFolder), sox::convertRaw(source, rateHz, exported));
@@ -72,7 +76,7 @@ int exportPcm(const PcmExportRules& rules, const CStringW& source, CStringW& des
     logLine = exportLogLine(rules.speaker, exported);
   }
   if (sourceIsOurs) DeleteFileW(source);
-  if (sourceIsOurs || !logLine.IsEmpty()) writeExportLog(logLine);
+  if (sourceIsOurs || !logLine.IsEmpty()) writeExportLog(logLine, rules.codePage);
   return 0;
 }
 

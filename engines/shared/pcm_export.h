@@ -2,6 +2,7 @@
 
 #include "engines/shared/raw_pcm.h"
 #include "framework/framework.h"
+#include "win32/text.h"
 
 namespace speech {
 
@@ -14,6 +15,7 @@ struct PcmExportRules {
 
   CStringW soxFolder;  ///< Holds sox.exe; ends in a backslash.
   CStringW speaker;    ///< For the log.
+  CodePage codePage;   ///< Of narrow paths and of the log.
   Source source;
   LastFullBlock lastFullBlock;
 };

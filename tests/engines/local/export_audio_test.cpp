@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "tests/engines/local/export_fixture.h"
 
 namespace speech::test {
@@ -29,7 +27,7 @@ TEST_F(ExportAudio, PcmIsACopyAndTheHostLearnsItsPath) {
   EXPECT_EQ(readFile(results_ / "x.pcm"), "samples!");
   EXPECT_FALSE(std::filesystem::exists(source_));
   EXPECT_THAT(newLogText(),
-              EndsWith("|Speaker : Alex,  Export File Path : " + (results_ / "x.pcm").string() + "  \n"));
+              EndsWith("|Speaker : Alex,  Export File Path : " + narrow(destination(L"x.pcm")) + "  \n"));
 }
 
 TEST_F(ExportAudio, AWavIsSilenceOrEveryBlockSaveALastOneOfExactly65535Bytes) {
@@ -44,6 +42,16 @@ TEST_F(ExportAudio, AWavIsSilenceOrEveryBlockSaveALastOneOfExactly65535Bytes) {
   EXPECT_EQ(wav(2 * 65'535, 1), wavFile(16000, std::string(2 * 65'535, 's')).substr(0, 44 + 65'535));
 }
 
+TEST_F(ExportAudio, HeaderAndSamplesOfAWavGoIntoOneFileWhateverItsName) {
+  const std::string samples(65'536, 's');
+  writeFile(source_, samples);
+  CStringW path = destination(L"\u0100").c_str();
+  EXPECT_EQ(engine_->exportAudio(source_.c_str(), path, 5, 65'536, 1), 0);
+  EXPECT_EQ(path, destination(L"\u0100.wav").c_str());
+  EXPECT_THAT(namesIn(results_.path()), ElementsAre(L"A.wav"));
+  EXPECT_EQ(readFile(results_ / "A.wav"), wavFile(16000, samples));
+}
+
 TEST_F(ExportAudio, AWavThatCannotBeOpenedKeepsTheSource) {
   writeFile(source_, "samples");
   CStringW path = destination(L"no folder\\x").c_str();
@@ -54,7 +62,8 @@ TEST_F(ExportAudio, AWavThatCannotBeOpenedKeepsTheSource) {
 
 TEST_F(ExportAudio, SoxGetsTheRawSourceUnquotedAndTheHostsPathStays) {
   installFakeSox();
-  const std::string raw = " -e signed -b 16 -c 1 " + source_.string() + " \"" + (results_ / "x").string();
+  const std::string raw =
+      " -e signed -b 16 -c 1 " + toUtf8(source_.wstring()) + " \"" + toUtf8(destination(L"x"));
   EXPECT_EQ(exported("s", 2, 1, 1), destination(L"x").c_str());
   exported("s", 3, 1, 3);
   exported("s", 4, 1, 9);

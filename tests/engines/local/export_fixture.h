@@ -1,9 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -11,15 +7,13 @@
 #include <string>
 #include <vector>
 
-#include <speech/text_to_speech.h>
-
+#include "tests/engines/local/local_engine_test.h"
 #include "tests/support/file_content.h"
-#include "tests/support/host_window.h"
-#include "tests/support/recording_engine.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wav_files.h"
 #include "win32/paths.h"
+#include "win32/text.h"
 
 namespace speech::test {
 
@@ -41,13 +35,12 @@ inline std::vector<std::wstring> namesIn(const std::filesystem::path& folder) {
 
 /// A local engine at 22050 Hz over the recording engine library, with folders of its own for results,
 /// temporary files and a SoX that only says how it was called.
-class Export : public ::testing::Test {
+class Export : public LocalEngineTest {
  protected:
   static constexpr int kProductRateIndex = 2;
 
-  Export() {
-    recording().reset();
-    recording().install({.key1 = L"Alex", .key2 = L"m", .sampleRateHz = 22050, .type = L"espeak"});
+  void SetUp() override {
+    LocalEngineTest::SetUp();
     std::string samples;
     for (int i = 0; i < 22050; ++i) {
       samples += static_cast<char>(i);
@@ -55,12 +48,8 @@ class Export : public ::testing::Test {
     }
     const std::string file = wavFile(22050, samples);
     recording().audio.assign(file.begin(), file.end());
-    engine_ = ITextToSpeech::getInstance(window_.handle(), HostWindow::kNoticeMessage,
-                                         ITextToSpeech::getLXAPIProductList()->GetHead());
     engine_->setToolFolder((tools_.path().wstring() + L"\\").c_str());
-    recording().takeCalls();
   }
-  ~Export() override { ITextToSpeech::releaseInstance(); }
 
   void installFakeSox() {
     std::filesystem::copy_file(executableFolder() / "fake_sox.exe", tools_ / "sox.exe");
@@ -84,16 +73,17 @@ class Export : public ::testing::Test {
   /// Today's log from the place where it ended when the test began.
   std::string newLogText() const { return readFile(logPath()).substr(logSizeBefore_); }
 
+  /// The path of a result as the engine library, the rate converter and the log get it.
+  static std::string narrow(const std::wstring& path) { return toSystemCodePage(path); }
+
   std::wstring destination(const std::wstring& name = L"out") const { return (results_ / name).wstring(); }
 
-  TemporaryFolder results_{L"results"};
-  TemporaryFolder temporary_{L"temporary"};
+  TemporaryFolder results_{L"r\u00e9sultats"};
+  TemporaryFolder temporary_{L"temp\u00f3"};
   TemporaryFolder tools_{L"tools"};
   ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
   ScopedEnvironment temp_{L"TEMP", temporary_.path().wstring()};
   ScopedEnvironment soxLog_{L"FAKE_SOX_LOG", (tools_ / "calls").wstring()};
-  HostWindow window_;
-  ITextToSpeech* engine_ = nullptr;
 
  private:
   static std::filesystem::path logPath() {

@@ -1,5 +1,6 @@
-#include <gmock/gmock.h>
+#include <cstdlib>
 
+#include "engines/shared/diagnostic_log.h"
 #include "tests/engines/local/export_fixture.h"
 
 namespace speech::test {
@@ -12,8 +13,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
-
-std::string narrow(const std::wstring& text) { return std::filesystem::path(text).string(); }
 
 /// Result and the engine's file code of a format, at the engine's rate and at any other; SoX takes every
 /// rate.
@@ -125,9 +124,14 @@ TEST_F(Export, AFailingOrCrashingSoxIsNotReportedAndLeavesNothingBehind) {
 }
 
 TEST_F(Export, AFailedSynthesisShowsInTheMissingLogLineOnly) {
+  installFakeSox();
   recording().answer("LXAPI_TextToFile", -9);
   EXPECT_EQ(engine_->textToFile(L"text", destination(L"failed").c_str(), 1, false, kProductRateIndex, true),
             1);
+  EXPECT_EQ(engine_->textToFile(L"text", destination(L"sox").c_str(), 2, false, kProductRateIndex, true), 1);
+  EXPECT_THAT(soxCalls(), SizeIs(1));
+  EXPECT_EQ(engine_->textToFile(L"text", destination(L"converted").c_str(), 5, false, 1, true), 1);
+  EXPECT_THAT(readFile(results_ / "converted"), SizeIs(44 + 2 * 16000));
   EXPECT_EQ(newLogText(), "");
 
   recording().answer("LXAPI_TextToFile", 0);
@@ -135,6 +139,40 @@ TEST_F(Export, AFailedSynthesisShowsInTheMissingLogLineOnly) {
             1);
   EXPECT_THAT(newLogText(),
               EndsWith("|Speaker : Alex,  Export File Path : " + narrow(destination(L"100%s")) + "  \n"));
+}
+
+TEST_F(Export, TheTemporaryFileIsOneOf99AndGoneBeforeTheLineIsLogged) {
+  static std::vector<std::wstring> seenByTheLog;
+  static std::filesystem::path temporary;
+  temporary = temporary_.path();
+  setFreeBytesQuestion([](const char*) {
+    seenByTheLog = namesIn(temporary);
+    return UINT64_MAX;
+  });
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    std::srand(seed);
+    const int number = std::rand() % 99;
+    if (seed > 2 && number != 0 && number != 98) continue;
+    std::srand(seed);
+    seenByTheLog = {L"no log"};
+    EXPECT_EQ(engine_->textToFile(L"text", destination().c_str(), 5, false, 1, true), 1);
+    EXPECT_EQ(recording().takeCalls().front(), "LXAPI_SetOutputFile(1, \"" + narrow(temporary) + "\\ULXE" +
+                                                   std::to_string(number) + ".wav\", 5)");
+    EXPECT_THAT(seenByTheLog, IsEmpty());
+  }
+  setFreeBytesQuestion(nullptr);
+}
+
+TEST_F(Export, ANameThatTheCodePageLacksIsTheSameInEveryStep) {
+  for (const int format : {0, 10}) {  // the nearest relative of \u0100 is A
+    EXPECT_EQ(engine_->textToFile(L"text", destination(L"\u0100").c_str(), format, false, 1, false), 1);
+    EXPECT_THAT(namesIn(results_.path()), ElementsAre(L"A"));
+    EXPECT_THAT(readFile(results_ / "A"), SizeIs(2 * 16000));
+  }
+  const std::string older(200, 'o');
+  writeFile(results_ / L"\u4e2d", older);
+  EXPECT_EQ(engine_->textToFile(L"text", destination(L"\u4e2d").c_str(), 0, false, 1, false), 0);
+  EXPECT_EQ(readFile(results_ / L"\u4e2d"), older);
 }
 
 TEST_F(Export, AMissingSynthesisOrAnUnwritableDestinationFailsTheConversion) {

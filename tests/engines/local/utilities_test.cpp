@@ -8,7 +8,7 @@ namespace {
 
 using LocalUtilities = LocalEngineTest;
 
-TEST_F(LocalUtilities, WavFilesArePathsOfTheThreadsCodePage) {
+TEST_F(LocalUtilities, WavFilesArePathsOfTheSystemsCodePage) {
   const TemporaryFolder folder;
   const std::wstring input = (folder / L"caf\u00e9.wav").wstring();
   const std::wstring output = (folder / L"\u00e0.wav").wstring();
