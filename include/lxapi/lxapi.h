@@ -17,8 +17,8 @@
 ///     LXAPI_Exit();
 ///
 /// Handles are 32-bit numbers, 0 is no handle. Results are 32-bit, LX_OK (0) means success, a negative value
-/// is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says UTF-8. Every
-/// function may be called from any thread; calls on one synthesis handle are serialised by the library.
+/// is one of the LX_ERROR codes. Narrow text is in the calling thread's code page unless it says otherwise.
+/// Every function may be called from any thread; calls on one synthesis handle are serialised by the library.
 
 // NOLINTBEGIN(modernize-*): hosts in C include this header too.
 #include <stdint.h>
@@ -296,7 +296,7 @@ int32_t LXAPI_CALL LXAPI_Resume(uint32_t tts);
 
 /// Names the file for the next LXAPI_TextToFile.
 /// @param tts       the synthesis handle
-/// @param path      in the thread's code page
+/// @param path      in the system's code page
 /// @param fileCode  LxFileCode
 /// @return LX_OK, LX_ERROR_UNSUPPORTED for a code that is not served, or another error
 int32_t LXAPI_CALL LXAPI_SetOutputFile(uint32_t tts, const char* path, int32_t fileCode);
@@ -340,7 +340,7 @@ int32_t LXAPI_CALL LXAPI_BufferClose(uint32_t tts);
 /// affected.
 /// @param engine  the engine's handle
 /// @param number  from 0 to one less than LX_DICT_LIMIT_NUMBERS
-/// @param path    in the thread's code page
+/// @param path    in the system's code page
 /// @return LX_OK, LX_ERROR_FILE, LX_ERROR_BAD_TEXT, one of the LX_ERROR_DICT codes, or another error
 int32_t LXAPI_CALL LXAPI_LoadUserDict(uint32_t engine, int32_t number, const char* path);
 /// Unloads a user dictionary.
@@ -351,7 +351,7 @@ int32_t LXAPI_CALL LXAPI_UnloadUserDict(uint32_t engine, int32_t number);
 
 /// Opens a lexicon: a file like a dictionary, with pronunciations in eSpeak NG's phoneme notation, for
 /// instance "tomato,t@m'A:toU".
-/// @param path  in the thread's code page
+/// @param path  in the system's code page
 /// @return the lexicon's handle, or 0; it lives until LXAPI_Exit
 uint32_t LXAPI_CALL LXAPI_CreateLexiconHandle(const char* path);
 /// Attaches a lexicon to a synthesis handle, in place of the one that is attached. It comes before the

@@ -84,7 +84,7 @@ class SPEECH_API ITextToSpeech {
 
   /// Local: stops, then speaks whatever the engine answers, without waiting for the end. Cloud: nothing.
   /// @param message  sent to no window
-  /// @param text     in the thread's code page
+  /// @param text     in the system's code page
   /// @return true
   virtual bool speakSync(UINT message, const char* text) = 0;
 
@@ -154,7 +154,7 @@ class SPEECH_API ITextToSpeech {
 
   /// Loads a dictionary: a path ending in .csv (in any case) is a word list, which replaces the one before;
   /// anything else is a lexicon. A failure is shown to the user in a modal message box.
-  /// @param path  in the thread's code page
+  /// @param path  in the system's code page
   /// @return word list: 0 when it is loaded, empty or cannot be read, else the low 16 bits of the engine's
   ///   code; lexicon: 65535, loaded or not
   virtual unsigned short loadUserDict(const char* path) = 0;

@@ -21,7 +21,7 @@ namespace {
 
 /// Reads and checks a file whole before anything is replaced.
 DictionaryResult loadDictionary(const char* path, DictionaryKind kind) {
-  const std::filesystem::path file = speech::fromThreadCodePage(path);
+  const std::filesystem::path file = speech::fromSystemCodePage(path);
   std::error_code error;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
   if (error) return {LX_ERROR_FILE, 0, nullptr};

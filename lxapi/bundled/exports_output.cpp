@@ -68,7 +68,7 @@ int32_t LXAPI_CALL LXAPI_SetOutputFile(uint32_t tts, const char* path, int32_t f
   return withSynthesis(tts, [=](Synthesis& synthesis) -> int32_t {
     if (path == nullptr || *path == '\0') return LX_ERROR_BAD_ARGUMENT;
     // An unserved code is kept all the same: the next text must not go to the file of an earlier call.
-    synthesis.outputPath = speech::fromThreadCodePage(path);
+    synthesis.outputPath = speech::fromSystemCodePage(path);
     synthesis.outputCode = fileCode;
     return lxapi::isServedFileCode(fileCode) ? LX_OK : LX_ERROR_UNSUPPORTED;
   });
