@@ -31,8 +31,8 @@ inline Speech render(std::string_view utf8) {
   Speech speech;
   uint32_t offset = 0;
   bool inWord = false;
-  for (const char byte : utf8) {
-    const auto value = static_cast<unsigned char>(byte);
+  for (const char unit : utf8) {
+    const auto value = static_cast<unsigned char>(unit);
     if ((value & 0xC0) == 0x80) continue;  // further bytes of a character
     const bool isLetter = value >= 0x80 || std::isalnum(value) != 0;
     if (isLetter && !inWord) {
