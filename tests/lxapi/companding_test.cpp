@@ -31,6 +31,7 @@ TEST(Companding, EveryCodeComesBackFromItsOwnValue) {
     const uint8_t expected = byte == 0x7F ? 0xFF : byte;
     EXPECT_EQ(encodeMuLaw(static_cast<int16_t>(decodeMuLaw(byte))), expected);
   }
+  EXPECT_EQ(encodeMuLaw(-4), 0x7E) << "the first value behind the step of zero";
 }
 
 TEST(Companding, NoSampleIsFurtherOffThanHalfAStep) {

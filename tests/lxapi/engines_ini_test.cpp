@@ -13,7 +13,7 @@ using testing::SizeIs;
 TEST(EnginesIni, ReadsEverySettingInAnyOrderAndCase) {
   const EnginesIni ini = parseEnginesIni(
       "\xEF\xBB\xBF; comment\r\n# another\r\n\r\n"
-      "  [Fran\xC3\xA7ois]  \r\n RATE = 48000\r\nType=skyvo\r\nlanguage = fr_fr\r\ngender=M\r\nvariety = "
+      "  [Fran\xC3\xA7ois]  \r\n RATE = 768000\r\nType=skyvo\r\nlanguage = fr_fr\r\ngender=M\r\nvariety = "
       "Cloud\r\n"
       "text3=three\r\ntext4 = four = 4\r\ntext5=\r\ntext7=seven");
   ASSERT_THAT(ini.complaints, IsEmpty());
@@ -24,7 +24,7 @@ TEST(EnginesIni, ReadsEverySettingInAnyOrderAndCase) {
   EXPECT_EQ(engine.language, L"fr-FR");
   EXPECT_EQ(engine.engineType, L"skyvo");
   EXPECT_EQ(engine.gender, L"M");
-  EXPECT_EQ(engine.sampleRateHz, 48000);
+  EXPECT_EQ(engine.sampleRateHz, 768000);
   EXPECT_EQ(engine.text3, L"three");
   EXPECT_EQ(engine.text4, L"four = 4");
   EXPECT_EQ(engine.text5, L"");
@@ -45,8 +45,9 @@ TEST(EnginesIni, AMalformedEngineIsLeftOutAndTheOthersStay) {
   for (const std::string& malformed :
        {std::string("[Bad]\nlanguage=en\n"), std::string("[Bad]\ntype=x\n"), "[Bad]\n" + good + "rate=fast\n",
         "[Bad]\n" + good + "rate=-8000\n", "[Bad]\n" + good + "rate=99999999999\n",
-        "[Bad]\n" + good + "gender=female\n", "[Bad]\n" + good + "nonsense\n",
-        std::string("[Bad]\nlanguage=en\ntype=\xFF\n"), "[Bad\n" + good, "[]\n" + good}) {
+        "[Bad]\n" + good + "rate=768001\n", "[Bad]\n" + good + "gender=female\n",
+        "[Bad]\n" + good + "nonsense\n", std::string("[Bad]\nlanguage=en\ntype=\xFF\n"), "[Bad\n" + good,
+        "[]\n" + good}) {
     const EnginesIni ini = parseEnginesIni("[First]\n" + good + malformed + "[Last]\n" + good);
     EXPECT_THAT(ini.engines, SizeIs(2)) << malformed;
     EXPECT_THAT(ini.complaints, SizeIs(1)) << malformed;
