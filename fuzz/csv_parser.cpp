@@ -1,5 +1,4 @@
-// The CSV parser and the dictionary loader, on any bytes.
-
+// The CSV parser, the dictionary loader and the segmenter, on any bytes.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -11,25 +10,24 @@
 #include "lxapi/bundled/dictionary.h"
 #include "lxapi/bundled/segmenter.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+using namespace speech::lxapi;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  lxapi::CsvParser parser(text);
-  std::vector<std::string> fields;
-  for (auto status = parser.next(fields); status != lxapi::CsvParser::Status::End;
-       status = parser.next(fields)) {
-    if (status != lxapi::CsvParser::Status::Record) continue;
-    // What was read is what a record made of it says again.
-    const std::string record = lxapi::makeCsvRecord(fields);
-    lxapi::CsvParser second(record);
-    std::vector<std::string> again;
-    if (second.next(again) != lxapi::CsvParser::Status::Record || again != fields) std::abort();
+  CsvParser parser(text);
+  std::vector<std::string> fields, again;
+  for (auto status = parser.next(fields); status != CsvParser::Status::kEnd; status = parser.next(fields)) {
+    if (status != CsvParser::Status::kRecord) continue;
+    // A record made of the fields holds the same fields.
+    const std::string record = makeCsvRecord(fields);
+    if (CsvParser(record).next(again) != CsvParser::Status::kRecord || again != fields) std::abort();
   }
-  lxapi::checkRecord(text);
-  for (const auto kind : {lxapi::DictionaryKind::Text, lxapi::DictionaryKind::Phonemes}) {
-    const lxapi::DictionaryResult result = lxapi::parseDictionary(text, kind);
-    if ((result.error == LX_OK) != (result.substitutions != nullptr)) std::abort();
-    if (!result.substitutions) continue;
-    lxapi::Segmenter segmenter(std::string(text), (size & 1) != 0, {result.substitutions});
+  checkRecord(text);
+  for (const auto kind : {DictionaryKind::kText, DictionaryKind::kPhonemes}) {
+    const DictionaryResult result = parseDictionary(text, kind);
+    if ((result.error == LX_OK) != (result.dictionary != nullptr)) std::abort();
+    if (!result.dictionary) continue;
+    Segmenter segmenter(std::string(text), (size & 1) != 0, {result.dictionary});
     while (segmenter.next()) {
     }
   }

@@ -11,17 +11,15 @@
 #include <cerrno>
 #include <climits>
 
-#include "service/file_descriptor.h"
-
 namespace speech::service {
 namespace {
 
 class SpawnActions {
  public:
-  SpawnActions(int inputDescriptor, int outputDescriptor) {
+  SpawnActions(const SpoolFile& input, const SpoolFile& output) {
     ::posix_spawn_file_actions_init(&actions_);
-    ::posix_spawn_file_actions_adddup2(&actions_, inputDescriptor, STDIN_FILENO);
-    ::posix_spawn_file_actions_adddup2(&actions_, outputDescriptor, STDOUT_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions_, input.descriptor(), STDIN_FILENO);
+    ::posix_spawn_file_actions_adddup2(&actions_, output.descriptor(), STDOUT_FILENO);
     ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
   }
   SpawnActions(const SpawnActions&) = delete;
@@ -48,14 +46,14 @@ bool endsWithin(pid_t child, std::chrono::milliseconds timeLimit) {
 
 }  // namespace
 
-ChildResult runChild(const std::vector<std::string>& arguments, int inputDescriptor, int outputDescriptor,
-                     std::chrono::milliseconds timeLimit) {
+ChildResult runChild(const std::vector<std::string>& arguments, const SpoolFile& input,
+                     const SpoolFile& output, std::chrono::milliseconds timeLimit) {
   std::vector<char*> rawArguments;
   rawArguments.reserve(arguments.size() + 1);
   for (const std::string& argument : arguments) rawArguments.push_back(const_cast<char*>(argument.c_str()));
   rawArguments.push_back(nullptr);
 
-  const SpawnActions actions(inputDescriptor, outputDescriptor);
+  const SpawnActions actions(input, output);
   pid_t child = 0;
   const int error =
       ::posix_spawn(&child, arguments[0].c_str(), actions.get(), nullptr, rawArguments.data(), environ);

@@ -8,7 +8,7 @@
 #include "service/options.h"
 #include "service/server.h"
 #include "service/synthesis.h"
-#include "service/voice_catalogue.h"
+#include "service/voices.h"
 
 namespace {
 
@@ -38,14 +38,14 @@ class StopSignals {
   sigset_t signals_{};
 };
 
-void printVoices(const VoiceCatalogue& catalogue) {
-  for (const Voice& voice : catalogue.voices()) {
+void printVoices(const VoiceList& voices) {
+  for (const Voice& voice : voices.voices()) {
     std::printf("%-44s %-24s", voice.name.c_str(), voice.identifier.c_str());
     for (const VoiceLanguage& language : voice.languages) std::printf(" %s", language.tag.c_str());
     std::printf("\n");
   }
   std::printf("varieties (append one to a voice after a \"+\"):");
-  for (const Variety& variety : catalogue.varieties()) std::printf(" %s", variety.name.c_str());
+  for (const Variety& variety : voices.varieties()) std::printf(" %s", variety.name.c_str());
   std::printf("\n");
 }
 
@@ -53,13 +53,13 @@ int serve(const Options& options, const StopSignals& signals) {
   const Synthesis synthesis({options.synthesizer, options.voiceData,
                              std::chrono::seconds(options.maxSpeechSeconds),
                              std::chrono::seconds(options.timeLimitSeconds)});
-  const VoiceCatalogue catalogue = synthesis.listVoices();
+  const VoiceList voices = synthesis.listVoices();
   if (options.listVoices) {
-    printVoices(catalogue);
+    printVoices(voices);
     return 0;
   }
 
-  Server server(options, synthesis, catalogue);
+  Server server(options, synthesis, voices);
   const int port = server.bind();
   if (port < 0) {
     std::fprintf(stderr, "error: cannot listen on %s:%d\n", options.host.c_str(), options.port);

@@ -1,5 +1,6 @@
-// The service's command line.
 #pragma once
+
+// The service's command line.
 
 #include <cstddef>
 #include <string>

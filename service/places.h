@@ -1,5 +1,6 @@
-// How many syntheses run at once, and who waits.
 #pragma once
+
+// How many syntheses run at once, and who waits.
 
 #include <chrono>
 #include <condition_variable>
@@ -32,10 +33,26 @@ class Places {
   explicit Places(int count) : count_(count), longCount_(count > 1 ? count / 2 : 1) {}
 
   // Waits for a place until the time is over; nothing when there was none.
-  std::optional<Place> enter(bool isLong, std::chrono::milliseconds patience);
+  std::optional<Place> enter(bool isLong, std::chrono::milliseconds patience) {
+    std::unique_lock lock(mutex_);
+    const bool isFree = changed_.wait_for(
+        lock, patience, [&] { return taken_ < count_ && (!isLong || longTaken_ < longCount_); });
+    if (!isFree) return std::nullopt;
+    ++taken_;
+    if (isLong) ++longTaken_;
+    return std::optional<Place>(std::in_place, this, isLong);
+  }
 
  private:
-  void leave(bool isLong);
+  void leave(bool isLong) {
+    {
+      const std::lock_guard lock(mutex_);
+      --taken_;
+      if (isLong) --longTaken_;
+    }
+    // Everyone, because the one that wakes might be a long text, for which this place does not do.
+    changed_.notify_all();
+  }
 
   const int count_;
   const int longCount_;

@@ -1,5 +1,6 @@
-// One line on standard error for every request, without its text and its key.
 #pragma once
+
+// One line on standard error for every request, without its text and its key.
 
 #include <chrono>
 #include <cstdint>
@@ -12,7 +13,7 @@ namespace speech::service {
 // library logs on the thread that ran the handler and hands the logger nothing of ours.
 struct RequestNotes {
   std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-  std::string voice;  // as the catalogue writes it, never as the request did
+  std::string voice;  // as the list of voices writes it, never as the request did
   std::string_view form;
   size_t characterCount = 0;
   uint64_t replyBytes = 0;

@@ -9,11 +9,10 @@
 #include <memory>
 #include <vector>
 
-#include "service/mp3_reply.h"
 #include "service/places.h"
+#include "service/replies.h"
 #include "service/request_log.h"
 #include "service/synthesizer_exit.h"
-#include "service/wav_reply.h"
 
 namespace speech::service {
 namespace {
@@ -103,7 +102,7 @@ class HttpServer : public httplib::Server {
 
 class Server::Implementation {
  public:
-  Implementation(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue);
+  Implementation(const Options& options, const Synthesis& synthesis, const VoiceList& voices);
 
   int bind();
   bool run() { return server_.listen_after_bind() || isStopping_; }
@@ -120,15 +119,15 @@ class Server::Implementation {
 
   const Options& options_;
   const Synthesis& synthesis_;
-  const VoiceCatalogue& catalogue_;
+  const VoiceList& voices_;
   Places places_;
   HttpServer server_;
   std::atomic<bool> isStopping_ = false;
 };
 
 Server::Implementation::Implementation(const Options& options, const Synthesis& synthesis,
-                                       const VoiceCatalogue& catalogue)
-    : options_(options), synthesis_(synthesis), catalogue_(catalogue), places_(options.concurrent) {
+                                       const VoiceList& voices)
+    : options_(options), synthesis_(synthesis), voices_(voices), places_(options.concurrent) {
   setLimits();
   setRoutes();
   setErrorReplies();
@@ -213,7 +212,7 @@ void Server::Implementation::handleSpeak(const httplib::Request& request, httpli
   if (!isForm(request))
     return refuse(response, {415, "the request must be a form (application/x-www-form-urlencoded)"});
 
-  auto read = readSpeechRequest(body, catalogue_, {options_.key, options_.maxTextCharacters});
+  auto read = readSpeechRequest(body, voices_, {options_.key, options_.maxTextCharacters});
   if (const auto* refusal = std::get_if<Refusal>(&read)) return refuse(response, *refusal);
   answer(std::get<SpeechRequest>(read), response);
 }
@@ -254,8 +253,8 @@ void Server::Implementation::stop() {
   server_.stopAccepting();
 }
 
-Server::Server(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue)
-    : implementation_(std::make_unique<Implementation>(options, synthesis, catalogue)) {}
+Server::Server(const Options& options, const Synthesis& synthesis, const VoiceList& voices)
+    : implementation_(std::make_unique<Implementation>(options, synthesis, voices)) {}
 
 Server::~Server() = default;
 

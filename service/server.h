@@ -1,18 +1,19 @@
-// The HTTP side: routes, limits, statuses.
 #pragma once
+
+// The HTTP side: routes, limits, statuses.
 
 #include <memory>
 
 #include "service/options.h"
 #include "service/synthesis.h"
-#include "service/voice_catalogue.h"
+#include "service/voices.h"
 
 namespace speech::service {
 
 // Refers to what it is made from, which must outlive it.
 class Server {
  public:
-  Server(const Options& options, const Synthesis& synthesis, const VoiceCatalogue& catalogue);
+  Server(const Options& options, const Synthesis& synthesis, const VoiceList& voices);
   ~Server();
 
   // Takes the port and returns its number, or -1.

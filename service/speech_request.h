@@ -1,12 +1,13 @@
-// A form turned into something to speak, or into the reason why it cannot be spoken.
 #pragma once
+
+// A form turned into something to speak, or into the reason why it cannot be spoken.
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <variant>
 
-#include "service/voice_catalogue.h"
+#include "service/voices.h"
 
 namespace speech::service {
 
@@ -32,7 +33,7 @@ struct RequestRules {
 };
 
 // Reads the fields streaming, key, voice, lang, text or ssml, and audioformat; unknown fields are left alone.
-std::variant<SpeechRequest, Refusal> readSpeechRequest(std::string_view body, const VoiceCatalogue& catalogue,
+std::variant<SpeechRequest, Refusal> readSpeechRequest(std::string_view body, const VoiceList& voices,
                                                        const RequestRules& rules);
 
 }  // namespace speech::service

@@ -36,23 +36,22 @@ std::vector<std::string> Synthesis::command() const {
   return arguments;
 }
 
-VoiceCatalogue Synthesis::listVoices() const {
+VoiceList Synthesis::listVoices() const {
   auto arguments = command();
   arguments.emplace_back("--list");
   const SpoolFile noInput;
   const SpoolFile listing;
-  const ChildResult result =
-      runChild(arguments, noInput.descriptor(), listing.descriptor(), settings_.timeLimit);
+  const ChildResult result = runChild(arguments, noInput, listing, settings_.timeLimit);
   if (result.end != ChildEnd::kExited || result.code != static_cast<int>(SynthesizerExit::kSpoken)) {
     throw std::runtime_error("the synthesizer " + settings_.program + " does not work: " + describe(result));
   }
   std::string text(listing.size(), '\0');
   text.resize(listing.readAt(0, text));
-  VoiceCatalogue catalogue = VoiceCatalogue::fromListing(text);
-  if (catalogue.voices().empty()) {
+  VoiceList voices = VoiceList::fromListing(text);
+  if (voices.voices().empty()) {
     throw std::runtime_error("the synthesizer " + settings_.program + " offers no voices");
   }
-  return catalogue;
+  return voices;
 }
 
 std::variant<SpoolFile, Refusal> Synthesis::speak(const SpeechRequest& request) const {
@@ -67,8 +66,7 @@ std::variant<SpoolFile, Refusal> Synthesis::speak(const SpeechRequest& request) 
   text.append(request.text);
   text.rewind();
   SpoolFile samples;
-  const ChildResult result =
-      runChild(arguments, text.descriptor(), samples.descriptor(), settings_.timeLimit);
+  const ChildResult result = runChild(arguments, text, samples, settings_.timeLimit);
 
   if (result.end == ChildEnd::kTimedOut) {
     return Refusal{503, "the synthesis was ended because it took more than " +

@@ -1,5 +1,6 @@
-// Turns requests into samples by running narravo-synthesizer, one process for each request.
 #pragma once
+
+// Turns requests into samples by running narravo-synthesizer, one process for each request.
 
 #include <chrono>
 #include <cstdint>
@@ -8,7 +9,7 @@
 
 #include "service/speech_request.h"
 #include "service/spool_file.h"
-#include "service/voice_catalogue.h"
+#include "service/voices.h"
 
 namespace speech::service {
 
@@ -26,7 +27,7 @@ class Synthesis {
 
   // Asks the synthesizer for its voices. Throws std::runtime_error, with a reason for the operator, when it
   // does not run or offers none.
-  VoiceCatalogue listVoices() const;
+  VoiceList listVoices() const;
 
   // 16-bit mono samples at kSampleRateHz without a header, at least one of them.
   std::variant<SpoolFile, Refusal> speak(const SpeechRequest& request) const;

@@ -1,11 +1,12 @@
-// What narravo-synthesizer's exit codes mean: all that it tells the service beside the samples.
 #pragma once
+
+// What narravo-synthesizer's exit codes mean: all that it tells the service beside the samples.
 
 #include <cstdint>
 
 namespace speech::service {
 
-constexpr int kSampleRateHz = 22050;  // eSpeak NG's own rate for every voice without a recorded one
+constexpr int kSampleRateHz = 22050;  // eSpeak NG's own
 
 enum class SynthesizerExit : int {
   kSpoken = 0,

@@ -18,11 +18,14 @@
 #include <string>
 #include <string_view>
 
+#include "base/espeak.h"
 #include "service/synthesizer_exit.h"
 
 namespace {
 
 using speech::service::SynthesizerExit;
+
+static_assert(speech::service::kSampleRateHz == speech::kEspeakRateHz);
 
 struct Output {
   uint64_t bytesLeft = 0;
@@ -56,10 +59,6 @@ int takeSamples(short* samples, int count, espeak_EVENT* /*events*/) {
   return output.result == SynthesizerExit::kSpoken ? 0 : 1;
 }
 
-// SSML may name sound files for eSpeak NG to open. A caller over the network has no business with files of
-// this machine: answering 1 leaves every one of them out.
-int refuseSoundFile(int /*type*/, const char* /*uri*/, const char* /*base*/) { return 1; }
-
 // The data as the build and an installation lay it out.
 std::string findDataFolder() {
   const auto programFolder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
@@ -74,16 +73,11 @@ bool startEngine(const std::string& dataFolder) {
          speech::service::kSampleRateHz;
 }
 
-// Voices of another synthesizer (MBROLA), which need recorded sounds that eSpeak NG does not bring along.
-bool isUsable(const espeak_VOICE& voice) { return !std::string_view(voice.identifier).starts_with("mb/"); }
-
 void listVoices() {
-  for (const espeak_VOICE** voice = espeak_ListVoices(nullptr); *voice != nullptr; ++voice) {
-    if (!isUsable(**voice)) continue;
-    std::printf("voice\t%s\t%s", (*voice)->name, (*voice)->identifier);
+  for (const espeak_VOICE* const voice : speech::usableVoices()) {
+    std::printf("voice\t%s\t%s", voice->name, voice->identifier);
     // The list: a priority byte and a zero-terminated tag each, a zero byte at the end.
-    for (const char* entry = (*voice)->languages; *entry != 0;
-         entry += std::string_view(entry + 1).size() + 2) {
+    for (const char* entry = voice->languages; *entry != 0; entry += std::string_view(entry + 1).size() + 2) {
       std::printf("\t%d %s", *entry, entry + 1);
     }
     std::printf("\n");
@@ -118,7 +112,7 @@ void blankControlCharacters(std::string& text) {
 
 SynthesizerExit speak(const std::string& voice, bool isSsml) {
   espeak_SetSynthCallback(takeSamples);
-  espeak_SetUriCallback(refuseSoundFile);
+  espeak_SetUriCallback(speech::refuseSoundFile);
   if (espeak_SetVoiceByName(voice.c_str()) != EE_OK) return SynthesizerExit::kNoVoice;
 
   std::string text = readStandardInput();

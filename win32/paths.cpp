@@ -72,10 +72,13 @@ std::wstring newTemporaryPath(std::wstring_view extension) {
 
 bool pathExists(const wchar_t* path) { return _waccess_s(path, 0) == 0; }
 
-std::optional<std::string> narrowPath(std::wstring_view path, CodePage codePage) {
-  if (auto narrow = toNarrowExactly(path, codePage)) return narrow;
-  const std::wstring shortened = shortPath(std::wstring(path));
-  return shortened.empty() ? std::nullopt : toNarrowExactly(shortened, codePage);
+std::optional<std::string> narrowPath(std::wstring_view path, CodePage codePage, std::size_t longest) {
+  auto narrow = toNarrowExactly(path, codePage);
+  if (!narrow || narrow->size() > longest) {
+    const std::wstring shortened = shortPath(std::wstring(path));
+    narrow = shortened.empty() ? std::nullopt : toNarrowExactly(shortened, codePage);
+  }
+  return narrow && narrow->size() <= longest ? narrow : std::nullopt;
 }
 
 std::optional<std::string> narrowPathOfNewFile(std::wstring_view path, CodePage codePage) {

@@ -37,8 +37,10 @@ bool pathExists(const wchar_t* path);
 /// A path as narrow file functions take it: itself where the code page holds all of it, else the short form
 /// of the file or folder that it names.
 /// @param codePage  the one in which the path will be read: the C runtime and the system read kSystem
-/// @return empty when the code page holds neither form
-std::optional<std::string> narrowPath(std::wstring_view path, CodePage codePage = CodePage::kSystem);
+/// @param longest   in bytes; the short form is also taken where the path itself is longer
+/// @return empty when neither form can be had
+std::optional<std::string> narrowPath(std::wstring_view path, CodePage codePage = CodePage::kSystem,
+                                      std::size_t longest = std::string::npos);
 
 /// The same for a file that need not exist yet: where its own name does not fit, the short form of its folder
 /// is taken.

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdlib>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // Both laws store the sign, a segment (the position of the leading one) and four bits below the leading one.
@@ -42,4 +42,4 @@ uint8_t encodeMuLaw(int16_t sample) {
   return static_cast<uint8_t>(~(code | (negative ? kNegative : 0U)));
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 
-namespace lxapi {
+namespace speech::lxapi {
 
 uint8_t encodeALaw(int16_t sample);
 uint8_t encodeMuLaw(int16_t sample);
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -17,7 +17,7 @@ CsvParser::Status CsvParser::next(std::vector<std::string>& fields) {
   recordLine_ = line_;
   if (position_ >= text_.size()) {
     fields.clear();
-    return Status::End;
+    return Status::kEnd;
   }
   // The strings of the record before serve again: a large file would otherwise spend its time on memory.
   size_t count = 0;
@@ -26,7 +26,7 @@ CsvParser::Status CsvParser::next(std::vector<std::string>& fields) {
     std::string& field = fields[count++];
     field.clear();
     if (position_ < text_.size() && text_[position_] == '"') {
-      if (const Status status = quotedField(field); status != Status::Record) {
+      if (const Status status = quotedField(field); status != Status::kRecord) {
         fields.clear();
         return status;
       }
@@ -43,7 +43,7 @@ CsvParser::Status CsvParser::next(std::vector<std::string>& fields) {
   }
   fields.resize(count);
   skipLineEnd();
-  return Status::Record;
+  return Status::kRecord;
 }
 
 CsvParser::Status CsvParser::quotedField(std::string& field) {
@@ -54,7 +54,7 @@ CsvParser::Status CsvParser::quotedField(std::string& field) {
     line_ += static_cast<size_t>(std::count(part.begin(), part.end(), '\n'));
     if (quote == std::string_view::npos) {
       position_ = text_.size();
-      return Status::OpenQuote;
+      return Status::kOpenQuote;
     }
     field += part;
     position_ = quote + 1;
@@ -62,10 +62,10 @@ CsvParser::Status CsvParser::quotedField(std::string& field) {
     field += '"';
     ++position_;
   }
-  if (atLineEnd() || text_[position_] == ',') return Status::Record;
+  if (atLineEnd() || text_[position_] == ',') return Status::kRecord;
   position_ = std::min(text_.find('\n', position_), text_.size());
   skipLineEnd();
-  return Status::StrayQuote;
+  return Status::kStrayQuote;
 }
 
 bool CsvParser::atLineEnd() const {
@@ -99,4 +99,4 @@ std::string makeCsvRecord(const std::vector<std::string>& fields) {
   return record + "\r\n";
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -1,23 +1,23 @@
 #pragma once
 
 // Reads comma-separated values (RFC 4180): fields in quotes may hold commas, line ends and doubled quotes;
-// records end with LF or CRLF; a byte order mark is passed over.
+// records end with LF or CRLF; a byte order mark is ignored.
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace lxapi {
+namespace speech::lxapi {
 
 class CsvParser {
  public:
   enum class Status {
-    Record,      ///< `fields` holds the next record, else it is empty. An empty line is one empty field.
-    End,         ///< There are no more records.
-    OpenQuote,   ///< A quote is never closed; nothing can be read after it.
-    StrayQuote,  ///< Something other than a comma follows a closing quote; the next call goes on with the
-                 ///< next line.
+    kRecord,     ///< `fields` holds the next record, else it is empty. An empty line is one empty field.
+    kEnd,        ///< There are no more records.
+    kOpenQuote,  ///< A quote is never closed; nothing can be read after it.
+    /// Something other than a comma follows a closing quote; the next call goes on with the next line.
+    kStrayQuote,
   };
 
   /// @param text  must outlive the parser
@@ -42,4 +42,4 @@ class CsvParser {
 /// A record with its line end, its fields in quotes where they need them.
 std::string makeCsvRecord(const std::vector<std::string>& fields);
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

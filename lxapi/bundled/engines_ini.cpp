@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <optional>
 
-#include "lxapi/bundled/language_code.h"
-#include "lxapi/bundled/utf8.h"
+#include "base/ascii.h"
+#include "base/utf8.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // More than any list of voices needs; a file of another kind does not fill the memory.
@@ -29,20 +30,7 @@ constexpr TextField kTextFields[] = {
     {"text5", &InstalledEngine::text5},       {"text7", &InstalledEngine::text7},
 };
 
-std::string_view trim(std::string_view text) {
-  constexpr std::string_view kBlank = " \t\r\f\v";
-  const size_t begin = text.find_first_not_of(kBlank);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlank) - begin + 1);
-}
-
-std::string lowerAscii(std::string_view text) {
-  std::string result(text);
-  for (char& letter : result) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
-  return result;
-}
+std::string_view withoutBlanks(std::string_view text) { return trimmed(text, " \t\r\f\v"); }
 
 std::wstring widen(std::string_view text) {
   std::wstring result;
@@ -67,7 +55,7 @@ class Parser {
     while (!text.empty()) {
       const size_t end = std::min(text.find('\n'), text.size());
       ++line_;
-      parseLine(trim(text.substr(0, end)));
+      parseLine(withoutBlanks(text.substr(0, end)));
       text.remove_prefix(std::min(end + 1, text.size()));
     }
     endSection();
@@ -81,19 +69,19 @@ class Parser {
       return reject("not a line of UTF-8 text of usual length");
     if (line.front() == '[') return beginSection(line);
     if (!section_) {
-      if (!skipping_) complain("a setting outside of any section");
+      if (!isSkipping_) complain("a setting outside of any section");
       return;
     }
     const size_t equals = line.find('=');
     if (equals == std::string_view::npos) return reject(R"(neither "name = value" nor "[voice]")");
-    set(lowerAscii(trim(line.substr(0, equals))), trim(line.substr(equals + 1)));
+    set(lowerAscii(withoutBlanks(line.substr(0, equals))), withoutBlanks(line.substr(equals + 1)));
   }
 
   void beginSection(std::string_view line) {
     endSection();
-    skipping_ = true;
+    isSkipping_ = true;
     const std::string_view name =
-        line.back() == ']' ? trim(line.substr(1, line.size() - 2)) : std::string_view();
+        line.back() == ']' ? withoutBlanks(line.substr(1, line.size() - 2)) : std::string_view();
     if (name.empty() || name.size() > kLongestValue)
       return complain("a section needs a name between brackets");
     if (result_.engines.size() >= kMostEngines) return complain("too many engines");
@@ -124,7 +112,7 @@ class Parser {
   }
 
   void endSection() {
-    skipping_ = false;
+    isSkipping_ = false;
     if (!section_) return;
     InstalledEngine engine = *std::move(section_);
     section_.reset();
@@ -141,7 +129,7 @@ class Parser {
   /// Gives up the section under way.
   void reject(std::string_view reason) {
     complain(reason);
-    skipping_ = section_.has_value() || skipping_;
+    isSkipping_ = section_.has_value() || isSkipping_;
     section_.reset();
   }
 
@@ -154,7 +142,7 @@ class Parser {
 
   EnginesIni result_;
   std::optional<InstalledEngine> section_;
-  bool skipping_ = false;
+  bool isSkipping_ = false;
   size_t line_ = 0;
   size_t sectionLine_ = 0;
 };
@@ -163,4 +151,26 @@ class Parser {
 
 EnginesIni parseEnginesIni(std::string_view text) { return Parser().parse(text); }
 
-}  // namespace lxapi
+std::string formatLanguageCode(std::string_view tag) {
+  std::string result;
+  bool isPrivateUse = false;
+  for (size_t begin = 0; begin <= tag.size();) {
+    const size_t end = std::min(tag.find_first_of("-_", begin), tag.size());
+    const std::string_view part = tag.substr(begin, end - begin);
+    const bool isAlphabetic = std::all_of(part.begin(), part.end(), isAsciiLetter);
+    const bool isFirst = begin == 0;
+    const bool isSubtag = !isFirst && !isPrivateUse && isAlphabetic;
+    const bool isRegion = isSubtag && part.size() == 2;
+    const bool isScript = isSubtag && part.size() == 4;
+    if (!isFirst) result.push_back('-');
+    const size_t written = result.size();
+    std::transform(part.begin(), part.end(), std::back_inserter(result),
+                   isRegion ? toUpperAscii : toLowerAscii);
+    if (isScript) result[written] = toUpperAscii(result[written]);
+    if (part.size() == 1) isPrivateUse = true;
+    begin = end + 1;
+  }
+  return result;
+}
+
+}  // namespace speech::lxapi

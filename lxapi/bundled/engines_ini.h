@@ -1,14 +1,29 @@
 #pragma once
 
-// Reads engines.ini, the list of further engines beside the DLL. The file shipped with it explains its rules.
+// What is known of an installed engine, and engines.ini, the list of further engines beside the DLL. The file
+// that is shipped explains its rules.
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "lxapi/bundled/installed_engine.h"
+namespace speech::lxapi {
 
-namespace lxapi {
+struct InstalledEngine {
+  std::wstring key1;  ///< The voice's name.
+  std::wstring key2;  ///< The variety; engines that share key 1 differ in it.
+  std::wstring text3;
+  std::wstring text4;
+  std::wstring text5;
+  std::wstring gender;
+  std::wstring text7;
+  std::wstring language;
+  std::wstring engineType;
+  int32_t sampleRateHz = 0;
+  int32_t number9 = 16;          ///< Bits per sample.
+  std::string synthesizerVoice;  ///< Empty for an engine that speaks elsewhere, such as a cloud voice.
+};
 
 struct EnginesIni {
   std::vector<InstalledEngine> engines;
@@ -16,7 +31,11 @@ struct EnginesIni {
   std::vector<std::string> complaints;
 };
 
-/// Never fails: what cannot be understood is left out and complained of.
+/// Never fails: what cannot be understood is left out, with a complaint.
 EnginesIni parseEnginesIni(std::string_view text);
 
-}  // namespace lxapi
+/// A language tag in its usual letter case: "en-us" becomes "en-US", "zh-hant" "zh-Hant", "en-gb-x-rp"
+/// "en-GB-x-rp".
+std::string formatLanguageCode(std::string_view tag);
+
+}  // namespace speech::lxapi

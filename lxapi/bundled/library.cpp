@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace lxapi {
+namespace speech::lxapi {
 
 Library& Library::instance() {
   // Never destroyed: threads may still be running when the process ends.
@@ -12,7 +12,7 @@ Library& Library::instance() {
 
 int32_t Library::start() {
   const std::lock_guard guard(mutex_);
-  if (startCount_ == 0) catalogue_ = std::make_unique<const Catalogue>(libraryFolder());
+  if (startCount_ == 0) installed_ = std::make_unique<const InstalledEngines>(libraryFolder());
   ++startCount_;
   return LX_OK;
 }
@@ -31,9 +31,9 @@ int32_t Library::end() {
     lexicons_.clear();
     csvSessions_.clear();
     lent_.clear();
-    catalogue_.reset();
+    installed_.reset();
   }
-  for (const auto& [handle, synthesis] : syntheses) stopSynthesis(*synthesis);
+  for (const auto& [handle, synthesis] : syntheses) stop(*synthesis);
   for (const auto& speech : retired) speech->join();
   return LX_OK;
 }
@@ -45,8 +45,8 @@ bool Library::isStarted() {
 
 const InstalledEngine* Library::installedEngine(uint32_t cursor) {
   const std::lock_guard guard(mutex_);
-  if (!catalogue_ || cursor == 0 || cursor > catalogue_->engines().size()) return nullptr;
-  return &catalogue_->engines()[cursor - 1];
+  if (!installed_ || cursor == 0 || cursor > installed_->engines().size()) return nullptr;
+  return &installed_->engines()[cursor - 1];
 }
 
 /// Handles are never used twice, so that one from before cannot mean another thing now.
@@ -62,12 +62,12 @@ uint32_t Library::createSynthesis() {
 
 uint32_t Library::openEngine(std::string_view key1, std::string_view key2) {
   const std::lock_guard guard(mutex_);
-  if (!catalogue_) return 0;
-  const std::optional<size_t> index = catalogue_->find(key1, key2);
+  if (!installed_) return 0;
+  const std::optional<size_t> index = installed_->find(key1, key2);
   if (!index) return 0;
   uint32_t& handle = engineHandles_[*index];
   if (handle == 0) {
-    auto engine = std::make_shared<Engine>(catalogue_->engines()[*index]);
+    auto engine = std::make_shared<Engine>(installed_->engines()[*index]);
     handle = nextHandle();
     engines_.emplace(handle, std::move(engine));
   }
@@ -86,7 +86,7 @@ std::shared_ptr<Engine> Library::engine(uint32_t handle) {
   return found == engines_.end() ? nullptr : found->second;
 }
 
-uint32_t Library::addLexicon(std::shared_ptr<const Substitutions> lexicon) {
+uint32_t Library::addLexicon(std::shared_ptr<const Dictionary> lexicon) {
   const std::lock_guard guard(mutex_);
   if (startCount_ == 0) return 0;
   const uint32_t handle = nextHandle();
@@ -94,7 +94,7 @@ uint32_t Library::addLexicon(std::shared_ptr<const Substitutions> lexicon) {
   return handle;
 }
 
-std::shared_ptr<const Substitutions> Library::lexicon(uint32_t handle) {
+std::shared_ptr<const Dictionary> Library::lexicon(uint32_t handle) {
   const std::lock_guard guard(mutex_);
   const auto found = lexicons_.find(handle);
   return found == lexicons_.end() ? nullptr : found->second;
@@ -141,7 +141,7 @@ void Library::stopSpeechesOf(const Engine& engine) {
       const std::lock_guard guard(synthesis->mutex);
       isBound = synthesis->engine.get() == &engine;
     }
-    if (isBound) stopSynthesis(*synthesis);
+    if (isBound) stop(*synthesis);
   }
 }
 
@@ -159,7 +159,7 @@ void Library::retire(std::shared_ptr<Speech> speech) {
   for (const auto& retired : over) retired->join();
 }
 
-void stopSynthesis(Synthesis& synthesis) {
+void Library::stop(Synthesis& synthesis) {
   std::shared_ptr<Speech> speech;
   {
     const std::lock_guard guard(synthesis.mutex);
@@ -169,7 +169,7 @@ void stopSynthesis(Synthesis& synthesis) {
     // Silenced before anybody else can start a new speech on the handle.
     if (speech) speech->stop();
   }
-  if (speech && !speech->join()) Library::instance().retire(std::move(speech));
+  if (speech && !speech->join()) retire(std::move(speech));
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

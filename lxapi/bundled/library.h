@@ -3,64 +3,17 @@
 // The library's state between LXAPI_Init and LXAPI_Exit: installed engines, handles, buffers.
 
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
-#include <stop_token>
-#include <string>
+#include <string_view>
 #include <vector>
 
-#include "lxapi/bundled/catalogue.h"
-#include "lxapi/bundled/csv_parser.h"
-#include "lxapi/bundled/speech.h"
-#include "lxapi/bundled/substitutions.h"
-#include "lxapi/bundled/voice_settings.h"
+#include "lxapi/bundled/handle_objects.h"
+#include "lxapi/bundled/installed_engines.h"
 #include "lxapi/lxapi.h"
 
-namespace lxapi {
-
-/// An engine that a host has asked for.
-struct Engine {
-  explicit Engine(InstalledEngine entry) : installed(std::move(entry)) {}
-
-  const InstalledEngine installed;
-  std::mutex mutex;
-  bool loaded = false;
-  int32_t commaPauseMs = kCommaPauseRange.normal;
-  std::map<int32_t, std::shared_ptr<const Substitutions>> dictionaries;
-};
-
-/// What a synthesis handle stands for.
-struct Synthesis {
-  explicit Synthesis(uint32_t number) : handle(number) {}
-
-  const uint32_t handle;
-  /// Guards everything below. Never held while the event procedure runs or a thread is waited for.
-  std::mutex mutex;
-  std::shared_ptr<Engine> engine;
-  VoiceSettings settings;
-  int32_t device = -1;
-  EventReceiver receiver;
-  std::shared_ptr<Speech> speech;
-  std::filesystem::path outputPath;
-  int32_t outputCode = -1;
-  bool bufferOpen = false;
-  std::vector<int16_t> buffer;
-  std::shared_ptr<const Substitutions> lexicon;
-  /// Held during a synthesis to a file or to memory, one at a time; `stopOutput` ends it.
-  std::mutex outputMutex;
-  std::stop_source stopOutput;
-};
-
-/// A host's CSV parser. Calls on one at a time.
-struct CsvSession {
-  std::mutex mutex;
-  std::string text;
-  std::optional<CsvParser> parser;
-  std::vector<std::string> fields;
-};
+namespace speech::lxapi {
 
 class Library {
  public:
@@ -79,8 +32,8 @@ class Library {
   std::shared_ptr<Synthesis> synthesis(uint32_t handle);
   std::shared_ptr<Engine> engine(uint32_t handle);
 
-  uint32_t addLexicon(std::shared_ptr<const Substitutions> lexicon);
-  std::shared_ptr<const Substitutions> lexicon(uint32_t handle);
+  uint32_t addLexicon(std::shared_ptr<const Dictionary> lexicon);
+  std::shared_ptr<const Dictionary> lexicon(uint32_t handle);
 
   uint32_t createCsvSession();
   std::shared_ptr<CsvSession> csvSession(intptr_t handle);
@@ -92,10 +45,13 @@ class Library {
   /// LX_ERROR_NOT_STARTED, or LX_ERROR_BAD_HANDLE while the library runs: why a handle was not found.
   int32_t handleError();
 
-  /// Silences the speeches of an engine that is being unloaded.
+  /// Stops what the synthesis speaks and renders, and waits until it is over.
+  void stop(Synthesis& synthesis);
+
+  /// Does so for every synthesis that an engine is bound to.
   void stopSpeechesOf(const Engine& engine);
 
-  /// Keeps a stopped speech whose thread is the caller's own until that thread is over.
+  /// Keeps a stopped speech alive while its own thread is the caller.
   void retire(std::shared_ptr<Speech> speech);
 
  private:
@@ -106,17 +62,14 @@ class Library {
   std::mutex mutex_;
   int32_t startCount_ = 0;
   uint32_t lastHandle_ = 0;
-  std::unique_ptr<const Catalogue> catalogue_;
+  std::unique_ptr<const InstalledEngines> installed_;
   std::map<uint32_t, std::shared_ptr<Synthesis>> syntheses_;
   std::map<uint32_t, std::shared_ptr<Engine>> engines_;
-  std::map<size_t, uint32_t> engineHandles_;  ///< By index in the catalogue.
-  std::map<uint32_t, std::shared_ptr<const Substitutions>> lexicons_;
+  std::map<size_t, uint32_t> engineHandles_;  ///< By index in `installed_`.
+  std::map<uint32_t, std::shared_ptr<const Dictionary>> lexicons_;
   std::map<uint32_t, std::shared_ptr<CsvSession>> csvSessions_;
   std::vector<std::shared_ptr<Speech>> retired_;
   std::map<const void*, std::vector<int16_t>> lent_;
 };
 
-/// Stops what the handle speaks and renders, and waits until it is over.
-void stopSynthesis(Synthesis& synthesis);
-
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // Some 60 dB below full scale: what remains of a voice there is not heard.
@@ -43,4 +43,4 @@ void PauseShaper::pass(std::span<const int16_t> samples) {
   output_(samples);
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -12,7 +12,7 @@
 #include <span>
 #include <vector>
 
-namespace lxapi {
+namespace speech::lxapi {
 
 class PauseShaper {
  public:
@@ -40,4 +40,4 @@ class PauseShaper {
   uint64_t passed_ = 0;
 };
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -1,35 +1,41 @@
 #include "lxapi/bundled/segmenter.h"
 
 #include <algorithm>
+#include <limits>
 
-#include "lxapi/bundled/utf8.h"
+#include "base/ascii.h"
+#include "base/utf8.h"
+#include "lxapi/bundled/characters.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // In code points. Past the wanted length a piece ends with its sentence, past the longest one anywhere.
 constexpr size_t kWantedLength = 300;
 constexpr size_t kLongest = 1200;
 
-// A dictionary that makes every letter a sentence does not make a piece longer than this, or little more.
+// A dictionary that makes every letter a sentence makes no piece much longer than this.
 constexpr size_t kMostSubstituted = 8 * kLongest;
 
-// The synthesizer keeps a tag in a buffer of 500 characters; a longer one says nothing that it could follow.
+// The synthesizer keeps a tag in a buffer of 500 characters and could not follow a longer one.
 constexpr size_t kLongestTag = 480;
 
 // Deeper nesting than any document needs; what lies deeper is not opened again behind a cut.
 constexpr size_t kDeepestNesting = 32;
 
-bool isAsciiLetter(char value) { return (value >= 'A' && value <= 'Z') || (value >= 'a' && value <= 'z'); }
+/// A tag whose end has not been appended yet.
+constexpr size_t kOpenEnd = std::numeric_limits<size_t>::max();
 
 std::string tagName(std::string_view tag) {
   tag.remove_prefix(tag.starts_with("</") ? 2 : 1);
-  std::string name;
-  for (const char letter : tag) {
-    if (isSpace(static_cast<unsigned char>(letter)) || letter == '/' || letter == '>') break;
-    name.push_back(letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter);
-  }
-  return name;
+  const auto endsName = [](char letter) {
+    return isSpace(static_cast<unsigned char>(letter)) || letter == '/' || letter == '>';
+  };
+  return lowerAscii({tag.begin(), std::find_if(tag.begin(), tag.end(), endsName)});
+}
+
+bool isLexicon(const std::shared_ptr<const Dictionary>& dictionary) {
+  return dictionary->kind() == DictionaryKind::kPhonemes;
 }
 
 /// Where the last `terminator` ends, or 0.
@@ -38,28 +44,34 @@ size_t endOfLast(std::string_view text, std::string_view terminator) {
   return found == std::string_view::npos ? 0 : found + terminator.size();
 }
 
-/// What must not reach the synthesizer: it takes control characters and private ones as commands of its own.
-char32_t harmless(char32_t value) {
-  const bool control = value < 0x20 || (value >= 0x7F && value < 0xA0);
-  const bool isPrivate = (value >= 0xE000 && value <= 0xF8FF) || value >= 0xF0000;
-  const bool lineEnd = value == '\n' || value == '\r' || value == '\t';
-  return (control && !lineEnd) || isPrivate ? U' ' : value;
-}
-
 }  // namespace
 
 void Segment::append(char32_t value, SourceRange range) {
+  // The segmenter passes a "<" on only where it begins a tag. The synthesizer ends comments like other tags.
+  const bool isInTag = !tags.empty() && tags.back().end == kOpenEnd;
+  if (isSsml && value == '<' && !isInTag) tags.push_back({characters.size(), kOpenEnd});
+  if (value == '>' && isInTag) tags.back().end = characters.size() + 1;
   appendUtf8(utf8, value);
   characters.push_back(value);
   source.push_back(range);
 }
 
-Segmenter::Segmenter(std::string text, bool ssml, SubstitutionList substitutions)
+const TagRange* Segment::tagAt(size_t index) const {
+  const auto after = std::upper_bound(tags.begin(), tags.end(), index,
+                                      [](size_t wanted, const TagRange& tag) { return wanted < tag.begin; });
+  if (after == tags.begin() || std::prev(after)->end <= index) return nullptr;
+  return &*std::prev(after);
+}
+
+bool Segment::isMarkup(size_t index) const {
+  return tagAt(index) != nullptr || (isSsml && characters[index] == '>');
+}
+
+Segmenter::Segmenter(std::string text, bool isSsml, DictionaryList dictionaries)
     : text_(std::move(text)),
-      ssml_(ssml),
-      substitutions_(std::move(substitutions)),
-      phonemesPossible_(std::any_of(substitutions_.begin(), substitutions_.end(),
-                                    [](const auto& one) { return one->phonemes(); })),
+      isSsml_(isSsml),
+      dictionaries_(std::move(dictionaries)),
+      mayHavePhonemes_(std::any_of(dictionaries_.begin(), dictionaries_.end(), isLexicon)),
       lastTagEnd_(endOfLast(text_, ">")),
       lastCommentEnd_(endOfLast(text_, "-->")) {}
 
@@ -68,10 +80,11 @@ std::optional<Segment> Segmenter::next() {
   const size_t cut = findCut();
   const std::string_view piece = std::string_view(text_).substr(position_, cut - position_);
   Segment segment;
-  segment.last = cut == text_.size();
+  segment.isSsml = isSsml_;
+  segment.isLast = cut == text_.size();
   for (const OpenTag& tag : openTags_) appendGenerated(segment, tag.source);
   append(segment, piece);
-  for (auto tag = openTags_.rbegin(); !segment.last && tag != openTags_.rend(); ++tag) {
+  for (auto tag = openTags_.rbegin(); !segment.isLast && tag != openTags_.rend(); ++tag) {
     appendGenerated(segment, "</" + tag->name + ">");
   }
   position_ = cut;
@@ -84,7 +97,7 @@ size_t Segmenter::findCut() const {
   size_t length = 0;
   size_t lastSpace = 0;
   size_t lastClause = 0;
-  enum class Before { Other, Sentence, Clause } before = Before::Other;
+  enum class Before { kOther, kSentence, kClause } before = Before::kOther;
   for (size_t position = position_; position < text.size();) {
     if (const size_t end = tagEnd(position); end != 0) {
       length += end - position;
@@ -96,18 +109,18 @@ size_t Segmenter::findCut() const {
     const size_t following = position + current.byteCount;
     ++length;
     if (isSpace(current.value)) {
-      if (before == Before::Sentence && length >= kWantedLength) return following;
-      if (before == Before::Clause) lastClause = following;
+      if (before == Before::kSentence && length >= kWantedLength) return following;
+      if (before == Before::kClause) lastClause = following;
       lastSpace = following;
-      before = Before::Other;
+      before = Before::kOther;
     } else if (isSentenceEnd(current.value)) {
       // The full stops of the scripts that do without spaces end a sentence by themselves.
       if (current.value >= 0x3000 && length >= kWantedLength) return following;
-      before = Before::Sentence;
+      before = Before::kSentence;
     } else if (isClauseEnd(current.value)) {
-      before = Before::Clause;
+      before = Before::kClause;
     } else if (!isClosing(current.value)) {
-      before = Before::Other;
+      before = Before::kOther;
     }
     if (length >= kLongest) return lastClause != 0 ? lastClause : lastSpace != 0 ? lastSpace : following;
     position = following;
@@ -117,7 +130,7 @@ size_t Segmenter::findCut() const {
 
 /// The end of the tag at `position`, or 0 where the text has none.
 size_t Segmenter::tagEnd(size_t position) const {
-  if (!ssml_ || text_[position] != '<' || position + 1 >= text_.size()) return 0;
+  if (!isSsml_ || text_[position] != '<' || position + 1 >= text_.size()) return 0;
   const std::string_view rest = std::string_view(text_).substr(position);
   const char marker = rest[1];
   if (!isAsciiLetter(marker) && marker != '/' && marker != '!' && marker != '?') return 0;
@@ -142,8 +155,8 @@ void Segmenter::append(Segment& segment, std::string_view piece) {
     appendWords(segment, words);
     words.clear();
     const std::string_view tag = piece.substr(position - position_, end - position);
-    follow(tag);
-    for (; position < end;) {
+    trackOpenTags(tag);
+    while (position < end) {
       const CodePoint current = decodeAt(text_, position);
       if (tag.size() > kLongestTag) {
         utf16Position_ += utf16Length(current.value);
@@ -167,8 +180,8 @@ void Segmenter::appendWords(Segment& segment, std::u32string_view text) {
     }
     const char32_t value = text[index++];
     // A bracket that opens nothing would make the synthesizer swallow what follows, as a tag or as phonemes.
-    const bool strayTag = ssml_ && value == '<';
-    const bool strayPhonemes = phonemesPossible_ && value == '[' && before == '[';
+    const bool strayTag = isSsml_ && value == '<';
+    const bool strayPhonemes = mayHavePhonemes_ && value == '[' && before == '[';
     appendOwn(segment, value, strayTag || strayPhonemes ? U' ' : harmless(value));
   }
 }
@@ -180,11 +193,11 @@ void Segmenter::appendOwn(Segment& segment, char32_t value, char32_t spoken) {
   utf16Position_ += units;
 }
 
-/// Appends what a dictionary says instead of the start of `text`; false where none says anything.
+/// Appends what a dictionary has for the start of `text`; false where none has anything.
 bool Segmenter::substitute(Segment& segment, std::u32string_view text, char32_t before, size_t& length) {
   if (segment.characters.size() > kMostSubstituted) return false;
-  for (const auto& substitutions : substitutions_) {
-    const std::optional<Substitutions::Match> match = substitutions->find(text, before);
+  for (const auto& dictionary : dictionaries_) {
+    const std::optional<Dictionary::Match> match = dictionary->find(text, before);
     if (!match) continue;
     length = match->length;
     uint32_t units = 0;
@@ -194,22 +207,22 @@ bool Segmenter::substitute(Segment& segment, std::u32string_view text, char32_t 
     const auto put = [&](std::u32string_view characters) {
       for (const char32_t value : characters) segment.append(value, range);
     };
-    if (substitutions->phonemes()) {
-      segment.phonemes = true;
+    if (isLexicon(dictionary)) {
+      segment.hasPhonemes = true;
       put(U"[[");
     }
     for (size_t position = 0; position < match->target.size();) {
       const CodePoint current = decodeAt(match->target, position);
       position += current.byteCount;
-      if (ssml_ && current.value == '<') {
+      if (isSsml_ && current.value == '<') {
         put(U"&lt;");
-      } else if (ssml_ && current.value == '&') {
+      } else if (isSsml_ && current.value == '&') {
         put(U"&amp;");
       } else {
         segment.append(harmless(current.value), range);
       }
     }
-    if (substitutions->phonemes()) put(U"]]");
+    if (isLexicon(dictionary)) put(U"]]");
     return true;
   }
   return false;
@@ -223,8 +236,8 @@ void Segmenter::appendGenerated(Segment& segment, std::string_view text) const {
   }
 }
 
-/// Keeps the list of open tags.
-void Segmenter::follow(std::string_view tag) {
+/// Keeps the list of open tags up to date.
+void Segmenter::trackOpenTags(std::string_view tag) {
   if (tag[1] == '!' || tag[1] == '?' || tag.ends_with("/>") || tag.size() > kLongestTag) return;
   std::string name = tagName(tag);
   if (tag[1] != '/') {
@@ -236,4 +249,4 @@ void Segmenter::follow(std::string_view tag) {
   if (opened != openTags_.rend()) openTags_.erase(std::next(opened).base());
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -7,7 +7,7 @@
 
 #include "lxapi/bundled/synthesizer.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // The device reports its position in steps of its own; asking more often shows nothing new.
@@ -38,7 +38,7 @@ int32_t Speech::start(int32_t device) {
 }
 
 void Speech::stop() {
-  running_ = false;
+  isRunning_ = false;
   stop_.request_stop();
   output_.silence();
   queue_.close();
@@ -70,14 +70,14 @@ void Speech::play() {
   raiseDue(UINT64_MAX);
   output_.close();
   // Exactly one of stopping and coming to the end happens.
-  if (bool expected = true; running_.compare_exchange_strong(expected, false)) {
+  if (bool expected = true; isRunning_.compare_exchange_strong(expected, false)) {
     SpeechEvent end;
     end.number = LX_EVENT_END;
     raise(end);
   }
   // A later thread may be given the same number.
   playerId_ = 0;
-  over_ = true;
+  isOver_ = true;
 }
 
 /// Feeds the device and raises what is due; returns false when all has been heard.
@@ -117,4 +117,4 @@ DWORD Speech::millisecondsToNextEvent() {
   return std::max<DWORD>(kShortestWaitMs, static_cast<DWORD>(frames * 1000 / kSynthesizerRateHz));
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -13,7 +13,7 @@
 #include "lxapi/bundled/wave_output.h"
 #include "lxapi/lxapi.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 
 struct EventReceiver {
   LXEVENTPROC procedure = nullptr;
@@ -42,10 +42,10 @@ class Speech : public std::enable_shared_from_this<Speech> {
   bool join();
 
   /// False once the speech is stopped or has come to its end.
-  bool isRunning() const { return running_; }
+  bool isRunning() const { return isRunning_; }
 
-  /// True once nothing of the speech runs any more; join does not wait then.
-  bool isOver() const { return over_; }
+  /// True once nothing of the speech runs any more, so that join does not wait.
+  bool isOver() const { return isOver_; }
 
  private:
   void render();
@@ -61,12 +61,12 @@ class Speech : public std::enable_shared_from_this<Speech> {
   WaveOutput output_;
   SpeechQueue queue_;
   std::stop_source stop_;
-  std::atomic<bool> running_ = true;
-  std::atomic<bool> over_ = false;
+  std::atomic<bool> isRunning_ = true;
+  std::atomic<bool> isOver_ = false;
   std::atomic<DWORD> playerId_ = 0;
   std::mutex joining_;
   std::thread renderer_;
   std::thread player_;
 };
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

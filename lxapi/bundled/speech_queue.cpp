@@ -4,7 +4,7 @@
 
 #include "lxapi/bundled/synthesizer.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // Rendering goes on while less than this is waiting.
@@ -15,7 +15,7 @@ constexpr size_t kEnoughSamples = 4 * kSynthesizerRateHz;
 bool SpeechQueue::samples(std::span<const int16_t> samples) {
   {
     const std::lock_guard guard(mutex_);
-    if (closed_) return false;
+    if (isClosed_) return false;
     blocks_.emplace_back(samples.begin(), samples.end());
     sampleCount_ += samples.size();
   }
@@ -26,7 +26,7 @@ bool SpeechQueue::samples(std::span<const int16_t> samples) {
 void SpeechQueue::event(const SpeechEvent& event) {
   {
     const std::lock_guard guard(mutex_);
-    if (closed_) return;
+    if (isClosed_) return;
     events_.push_back(event);
   }
   wake_();
@@ -34,21 +34,21 @@ void SpeechQueue::event(const SpeechEvent& event) {
 
 bool SpeechQueue::wantsMore() {
   std::unique_lock guard(mutex_);
-  drained_.wait(guard, [this] { return closed_ || sampleCount_ < kEnoughSamples; });
-  return !closed_;
+  drained_.wait(guard, [this] { return isClosed_ || sampleCount_ < kEnoughSamples; });
+  return !isClosed_;
 }
 
 void SpeechQueue::finish() {
   {
     const std::lock_guard guard(mutex_);
-    finished_ = true;
+    isFinished_ = true;
   }
   wake_();
 }
 
 void SpeechQueue::close() {
   const std::lock_guard guard(mutex_);
-  closed_ = true;
+  isClosed_ = true;
   blocks_.clear();
   events_.clear();
   frontUsed_ = sampleCount_ = 0;
@@ -89,7 +89,7 @@ std::optional<uint64_t> SpeechQueue::nextEventFrame() const {
 
 bool SpeechQueue::isDone() const {
   const std::lock_guard guard(mutex_);
-  return closed_ || (finished_ && sampleCount_ == 0);
+  return isClosed_ || (isFinished_ && sampleCount_ == 0);
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -14,7 +14,7 @@
 
 #include "lxapi/bundled/speech_renderer.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 
 /// One renderer fills it, one player empties it. The renderer is made to wait between two pieces of text
 /// while enough is there; within a piece it never waits.
@@ -53,8 +53,8 @@ class SpeechQueue final : public SpeechSink {
   size_t frontUsed_ = 0;
   size_t sampleCount_ = 0;
   std::deque<SpeechEvent> events_;
-  bool finished_ = false;
-  bool closed_ = false;
+  bool isFinished_ = false;
+  bool isClosed_ = false;
 };
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

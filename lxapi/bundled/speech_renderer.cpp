@@ -4,13 +4,12 @@
 #include <optional>
 #include <vector>
 
+#include "base/utf8.h"
 #include "lxapi/bundled/pause_shaper.h"
 #include "lxapi/bundled/segmenter.h"
 #include "lxapi/bundled/synthesizer.h"
-#include "lxapi/bundled/utf8.h"
-#include "lxapi/bundled/word_tracker.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 // A bookmark's name and its zero byte fill the rest of the event record.
@@ -37,25 +36,25 @@ class Renderer {
         shaper_(kSynthesizerRateHz, [this](std::span<const int16_t> samples) { pass(samples); }) {}
 
   int32_t run(const std::stop_token& stop) {
-    Segmenter segmenter(request_.text, request_.ssml, request_.substitutions);
+    Segmenter segmenter(request_.text, request_.isSsml, request_.dictionaries);
     while (std::optional<Segment> segment = segmenter.next()) {
       if (stop.stop_requested() || !sink_.wantsMore()) return LX_ERROR_FAILED;
       if (!renderSegment(*segment, stop)) return LX_ERROR_FAILED;
     }
     shaper_.flush();
-    return wanted_ ? LX_OK : LX_ERROR_FAILED;
+    return isWanted_ ? LX_OK : LX_ERROR_FAILED;
   }
 
  private:
   bool renderSegment(const Segment& segment, const std::stop_token& stop) {
-    WordTracker words(segment, request_.ssml);
+    WordTracker words(segment);
     SynthesisRequest piece;
     piece.voice = request_.voice;
     piece.pitch = request_.settings.pitch;
     piece.speed = request_.settings.speed;
-    piece.ssml = request_.ssml;
-    piece.phonemes = segment.phonemes;
-    piece.pauseAtEnd = !segment.last;
+    piece.isSsml = request_.isSsml;
+    piece.hasPhonemes = segment.hasPhonemes;
+    piece.pauseAtEnd = !segment.isLast;
     const bool rendered = Synthesizer::instance().render(
         segment.utf8, piece, [&](std::span<const int16_t> samples, std::span<const SynthesizerMark> marks) {
           size_t done = 0;
@@ -66,23 +65,23 @@ class Renderer {
             handle(mark, words);
           }
           write(samples.subspan(done));
-          return wanted_ && !stop.stop_requested();
+          return isWanted_ && !stop.stop_requested();
         });
     raise(words.flush(0, shaper_.position()));
-    return rendered && wanted_ && !stop.stop_requested();
+    return rendered && isWanted_ && !stop.stop_requested();
   }
 
   void handle(const SynthesizerMark& mark, WordTracker& words) {
     const uint64_t frame = shaper_.position();
     switch (mark.kind) {
-      case SynthesizerMark::Kind::Word:
+      case SynthesizerMark::Kind::kWord:
         raise(words.word(mark.characterPosition, mark.characterCount, frame));
         break;
-      case SynthesizerMark::Kind::Sentence:
+      case SynthesizerMark::Kind::kSentence:
         raise(words.flush(mark.characterPosition, frame));
         if (const auto sentence = words.sentence(mark.characterPosition, frame)) sink_.event(*sentence);
         break;
-      case SynthesizerMark::Kind::Bookmark: {
+      case SynthesizerMark::Kind::kBookmark: {
         raise(words.flush(mark.characterPosition, frame));
         SpeechEvent event;
         event.frame = frame;
@@ -91,7 +90,7 @@ class Renderer {
         sink_.event(event);
         break;
       }
-      case SynthesizerMark::Kind::ClauseEnd:
+      case SynthesizerMark::Kind::kClauseEnd:
         raise(words.flush(mark.characterPosition, frame));
         endClause(words.pauseAt(mark.characterPosition));
         break;
@@ -100,15 +99,15 @@ class Renderer {
 
   void endClause(WordTracker::Pause pause) {
     // A closing tag behind a sentence ends the same clause once more.
-    if (!spoken_) return;
-    spoken_ = false;
-    if (pause == WordTracker::Pause::Sentence) shaper_.endClause(request_.settings.sentencePauseMs);
-    if (pause == WordTracker::Pause::Comma) shaper_.endClause(request_.settings.commaPauseMs);
+    if (!hasSpoken_) return;
+    hasSpoken_ = false;
+    if (pause == WordTracker::Pause::kSentence) shaper_.endClause(request_.settings.sentencePauseMs);
+    if (pause == WordTracker::Pause::kComma) shaper_.endClause(request_.settings.commaPauseMs);
   }
 
   void write(std::span<const int16_t> samples) {
     if (samples.empty()) return;
-    spoken_ = true;
+    hasSpoken_ = true;
     shaper_.write(samples);
   }
 
@@ -117,23 +116,23 @@ class Renderer {
   }
 
   void pass(std::span<const int16_t> samples) {
-    if (!wanted_) return;
+    if (!isWanted_) return;
     const int32_t volume = request_.settings.volume;
     if (volume == kVolumeRange.normal) {
-      wanted_ = sink_.samples(samples);
+      isWanted_ = sink_.samples(samples);
       return;
     }
     amplified_.clear();
     for (const int16_t sample : samples) amplified_.push_back(amplify(sample, volume));
-    wanted_ = sink_.samples(amplified_);
+    isWanted_ = sink_.samples(amplified_);
   }
 
   const SpeechRequest& request_;
   SpeechSink& sink_;
   PauseShaper shaper_;
   std::vector<int16_t> amplified_;
-  bool spoken_ = false;
-  bool wanted_ = true;
+  bool hasSpoken_ = false;
+  bool isWanted_ = true;
 };
 
 }  // namespace
@@ -142,4 +141,4 @@ int32_t renderSpeech(const SpeechRequest& request, SpeechSink& sink, const std::
   return Renderer(request, sink).run(stop);
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

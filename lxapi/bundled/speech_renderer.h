@@ -7,19 +7,19 @@
 #include <stop_token>
 #include <string>
 
-#include "lxapi/bundled/speech_event.h"
-#include "lxapi/bundled/substitutions.h"
+#include "lxapi/bundled/dictionary.h"
 #include "lxapi/bundled/voice_settings.h"
+#include "lxapi/bundled/word_tracker.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 
 /// Everything that one speech needs, copied when the text is accepted: what is set later is for the next one.
 struct SpeechRequest {
   std::string text;  ///< Valid UTF-8.
-  bool ssml = false;
+  bool isSsml = false;
   std::string voice;
   VoiceSettings settings;
-  SubstitutionList substitutions;
+  DictionaryList dictionaries;
 };
 
 /// Receives a speech. Called on the rendering thread, `samples` and `event` under the synthesizer's lock:
@@ -41,4 +41,4 @@ class SpeechSink {
 /// @return LX_OK when the whole text has been rendered, LX_ERROR_FAILED when it has not
 int32_t renderSpeech(const SpeechRequest& request, SpeechSink& sink, const std::stop_token& stop);
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

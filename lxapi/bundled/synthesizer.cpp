@@ -4,18 +4,18 @@
 
 #include <algorithm>
 #include <exception>
-#include <mutex>
+#include <optional>
 
-#include "lxapi/bundled/narrow_path.h"
+#include "base/ascii.h"
+#include "base/espeak.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
-// The callback's size of step; the first sound waits for one of these.
+// How much sound one callback brings; the first sound waits for it.
 constexpr int kStepMs = 40;
 
-// eSpeak NG's own buffer for the path is shorter than the system's.
-constexpr size_t kLongestDataPath = 200;
+static_assert(kSynthesizerRateHz == kEspeakRateHz);
 
 constexpr int kNormalWordsPerMinute = espeakRATE_NORMAL;
 
@@ -32,22 +32,18 @@ struct Rendering {
 };
 Rendering* current = nullptr;
 
-bool markKind(espeak_EVENT_TYPE type, SynthesizerMark::Kind& kind) {
+std::optional<SynthesizerMark::Kind> markKind(espeak_EVENT_TYPE type) {
   switch (type) {
     case espeakEVENT_WORD:
-      kind = SynthesizerMark::Kind::Word;
-      return true;
+      return SynthesizerMark::Kind::kWord;
     case espeakEVENT_SENTENCE:
-      kind = SynthesizerMark::Kind::Sentence;
-      return true;
+      return SynthesizerMark::Kind::kSentence;
     case espeakEVENT_MARK:
-      kind = SynthesizerMark::Kind::Bookmark;
-      return true;
+      return SynthesizerMark::Kind::kBookmark;
     case espeakEVENT_END:
-      kind = SynthesizerMark::Kind::ClauseEnd;
-      return true;
+      return SynthesizerMark::Kind::kClauseEnd;
     default:
-      return false;
+      return std::nullopt;
   }
 }
 
@@ -55,14 +51,16 @@ bool markKind(espeak_EVENT_TYPE type, SynthesizerMark::Kind& kind) {
 bool deliver(Rendering& rendering, std::span<const int16_t> samples, const espeak_EVENT* events) {
   rendering.marks.clear();
   for (; events != nullptr && events->type != espeakEVENT_LIST_TERMINATED; ++events) {
+    const std::optional<SynthesizerMark::Kind> kind = markKind(events->type);
+    if (!kind) continue;
     SynthesizerMark mark{};
-    if (!markKind(events->type, mark.kind)) continue;
+    mark.kind = *kind;
     // The position in milliseconds that the event also carries would be off by up to 22 samples.
     const int64_t offset = events->sample - rendering.position;
     mark.sample = static_cast<size_t>(std::clamp<int64_t>(offset, 0, static_cast<int64_t>(samples.size())));
     mark.characterPosition = events->text_position;
     mark.characterCount = events->length;
-    if (mark.kind == SynthesizerMark::Kind::Bookmark) mark.name = events->id.name;
+    if (*kind == SynthesizerMark::Kind::kBookmark) mark.name = events->id.name;
     rendering.marks.push_back(mark);
   }
   rendering.position += static_cast<int64_t>(samples.size());
@@ -82,10 +80,6 @@ int onSamples(short* samples, int count, espeak_EVENT* events) {
   return current->aborted ? 1 : 0;
 }
 
-/// SSML names a sound file: no file of this machine is opened at a document's wish, its text is spoken
-/// instead.
-int refuseSoundFile(int /*type*/, const char* /*uri*/, const char* /*base*/) { return 1; }
-
 }  // namespace
 
 Synthesizer& Synthesizer::instance() {
@@ -94,14 +88,13 @@ Synthesizer& Synthesizer::instance() {
   return *synthesizer;
 }
 
-bool Synthesizer::start(const std::filesystem::path& folder) {
+bool Synthesizer::start(const std::string& folder) {
   const std::lock_guard guard(mutex_);
   if (started_) return true;
-  const std::string path = narrowPath(folder, kLongestDataPath);
-  if (path.empty()) return false;
+  if (folder.empty() || folder.size() > kLongestFolder) return false;
   const int rate =
-      espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, kStepMs, path.c_str(), espeakINITIALIZE_DONT_EXIT);
-  if (rate != static_cast<int>(kSynthesizerRateHz)) return false;
+      espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, kStepMs, folder.c_str(), espeakINITIALIZE_DONT_EXIT);
+  if (rate != kEspeakRateHz) return false;
   espeak_SetSynthCallback(onSamples);
   espeak_SetUriCallback(refuseSoundFile);
   listVoices();
@@ -111,14 +104,9 @@ bool Synthesizer::start(const std::filesystem::path& folder) {
 
 /// Reads more than a hundred small files, so it is done once.
 void Synthesizer::listVoices() {
-  for (const espeak_VOICE** voice = espeak_ListVoices(nullptr); *voice != nullptr; ++voice) {
-    const std::string identifier = (*voice)->identifier;
-    // Voices of a program that is not here.
-    if (identifier.starts_with("mb/") || identifier.starts_with("mb\\")) continue;
-    std::string name = (*voice)->name;
-    name.erase(name.find_last_not_of(' ') + 1);
+  for (const espeak_VOICE* const voice : usableVoices()) {
     // The first byte of the languages is the voice's priority for the one that follows.
-    voices_.push_back({std::move(name), identifier, (*voice)->languages + 1});
+    voices_.push_back({std::string(trimmed(voice->name, " ")), voice->identifier, voice->languages + 1});
   }
 }
 
@@ -150,8 +138,8 @@ bool Synthesizer::render(const std::string& utf8, const SynthesisRequest& reques
   espeak_SetParameter(espeakPITCH, std::clamp(request.pitch / 2, 0, 99), 0);
   espeak_SetParameter(espeakVOLUME, 100, 0);
 
-  const unsigned flags = espeakCHARS_UTF8 | (request.ssml ? espeakSSML : 0U) |
-                         (request.phonemes ? espeakPHONEMES : 0U) |
+  const unsigned flags = espeakCHARS_UTF8 | (request.isSsml ? espeakSSML : 0U) |
+                         (request.hasPhonemes ? espeakPHONEMES : 0U) |
                          (request.pauseAtEnd ? espeakENDPAUSE : 0U);
   Rendering rendering{sink};
   current = &rendering;
@@ -159,9 +147,9 @@ bool Synthesizer::render(const std::string& utf8, const SynthesisRequest& reques
       espeak_Synth(utf8.c_str(), utf8.size() + 1, 0, POS_CHARACTER, 0, flags, nullptr, nullptr);
   current = nullptr;
   // A document may have changed the voice and left it so.
-  if (request.ssml) currentVoice_.clear();
+  if (request.isSsml) currentVoice_.clear();
   if (rendering.failure) std::rethrow_exception(rendering.failure);
   return error == EE_OK || rendering.aborted;
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -6,17 +6,16 @@
 // through one lock, taken in the order of asking and held while one piece is computed, never while one is
 // played.
 
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <functional>
+#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "lxapi/bundled/fair_mutex.h"
-
-namespace lxapi {
+namespace speech::lxapi {
 
 inline constexpr uint32_t kSynthesizerRateHz = 22050;
 
@@ -26,9 +25,9 @@ struct SynthesizerVoice {
   std::string language;    ///< As the synthesizer writes it, for instance "en-us".
 };
 
-/// What the synthesizer reports at a place in the samples.
+/// What the synthesizer reports at a place among the samples.
 struct SynthesizerMark {
-  enum class Kind { Word, Sentence, Bookmark, ClauseEnd };
+  enum class Kind { kWord, kSentence, kBookmark, kClauseEnd };
   Kind kind;
   size_t sample;              ///< Index into the samples that the mark comes with; at most their number.
   int64_t characterPosition;  ///< In code points of the piece, from 1.
@@ -40,9 +39,34 @@ struct SynthesisRequest {
   std::string voice;  ///< An identifier of `voices`, with "+" and a variant's name where one is wanted.
   int32_t pitch = 100;
   int32_t speed = 100;
-  bool ssml = false;
-  bool phonemes = false;  ///< The text holds phonemes between "[[" and "]]".
+  bool isSsml = false;
+  bool hasPhonemes = false;  ///< The text holds phonemes between "[[" and "]]".
   bool pauseAtEnd = false;
+};
+
+/// A mutex that is taken in the order of asking, so that a long export, which takes it again and again,
+/// cannot keep it from a speech that is being heard.
+class FairMutex {
+ public:
+  void lock() {
+    std::unique_lock guard(mutex_);
+    const uint64_t ticket = nextTicket_++;
+    turn_.wait(guard, [&] { return ticket == serving_; });
+  }
+
+  void unlock() {
+    {
+      const std::lock_guard guard(mutex_);
+      ++serving_;
+    }
+    turn_.notify_all();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable turn_;
+  uint64_t nextTicket_ = 0;
+  uint64_t serving_ = 0;
 };
 
 class Synthesizer {
@@ -52,8 +76,12 @@ class Synthesizer {
 
   static Synthesizer& instance();
 
-  /// Starts eSpeak NG on the folder that holds "espeak-ng-data"; does nothing when it is already running.
-  bool start(const std::filesystem::path& folder);
+  /// Starts eSpeak NG; does nothing when it is already running.
+  /// @param folder  holds "espeak-ng-data"; in the code page of narrow file functions
+  bool start(const std::string& folder);
+
+  /// eSpeak NG's own buffer for the folder's name is shorter than the system's.
+  static constexpr size_t kLongestFolder = 200;
 
   /// Every voice that needs no further program. Empty while not started.
   std::vector<SynthesizerVoice> voices() const;
@@ -77,4 +105,4 @@ class Synthesizer {
   std::string currentVoice_;
 };
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

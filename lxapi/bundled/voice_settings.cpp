@@ -1,6 +1,6 @@
 #include "lxapi/bundled/voice_settings.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 struct Information {
@@ -58,4 +58,4 @@ std::optional<int32_t> voiceInformation(int64_t number) {
   return std::nullopt;
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

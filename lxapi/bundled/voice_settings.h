@@ -7,7 +7,7 @@
 
 #include "lxapi/lxapi.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 
 struct AttributeRange {
   int32_t minimum;
@@ -43,4 +43,4 @@ int32_t setSynthesisAttribute(VoiceSettings& settings, int32_t attribute, int32_
 /// The answer to an information number (LxInformation), or nothing for an unknown one.
 std::optional<int32_t> voiceInformation(int64_t number);
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

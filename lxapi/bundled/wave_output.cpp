@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace lxapi {
+namespace speech::lxapi {
 
 WaveOutput::WaveOutput() : wake_(CreateEventW(nullptr, FALSE, FALSE, nullptr)) {}
 
@@ -36,7 +36,7 @@ bool WaveOutput::open(int32_t device, uint32_t sampleRateHz) {
 bool WaveOutput::play(const std::function<size_t(std::span<int16_t>)>& source) {
   for (Buffer& buffer : buffers_) {
     const std::lock_guard guard(mutex_);
-    if (silenced_) return true;
+    if (isSilenced_) return true;
     if ((buffer.header.dwFlags & WHDR_DONE) == 0) continue;
     const size_t count = source(buffer.samples);
     if (count == 0) return true;
@@ -68,16 +68,16 @@ bool WaveOutput::isIdle() {
 
 void WaveOutput::pause() {
   const std::lock_guard guard(mutex_);
-  if (silenced_) return;
-  paused_ = true;
+  if (isSilenced_) return;
+  isPaused_ = true;
   waveOutPause(device_);
 }
 
 void WaveOutput::resume() {
   {
     const std::lock_guard guard(mutex_);
-    if (silenced_) return;
-    paused_ = false;
+    if (isSilenced_) return;
+    isPaused_ = false;
     waveOutRestart(device_);
   }
   wake();
@@ -85,14 +85,14 @@ void WaveOutput::resume() {
 
 bool WaveOutput::isPaused() {
   const std::lock_guard guard(mutex_);
-  return paused_;
+  return isPaused_;
 }
 
 void WaveOutput::silence() {
   const std::lock_guard guard(mutex_);
-  if (silenced_) return;
-  silenced_ = true;
-  paused_ = false;
+  if (isSilenced_) return;
+  isSilenced_ = true;
+  isPaused_ = false;
   if (device_ != nullptr) waveOutReset(device_);
 }
 
@@ -105,4 +105,4 @@ void WaveOutput::close() {
   device_ = nullptr;
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -16,7 +16,7 @@
 
 #include "win32/unique_handle.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 
 class WaveOutput {
  public:
@@ -53,8 +53,7 @@ class WaveOutput {
   void wake() { SetEvent(wake_.get()); }
 
  private:
-  // Thirty buffers of 40 ms: the first sound waits for one. A busy machine has been heard to stutter with
-  // ten.
+  // Thirty buffers of 40 ms: the first sound waits for one; with ten a busy machine stutters.
   static constexpr size_t kBufferCount = 30;
   static constexpr uint32_t kBuffersPerSecond = 25;
 
@@ -63,12 +62,12 @@ class WaveOutput {
     std::vector<int16_t> samples;
   };
 
-  speech::UniqueHandle wake_;
+  UniqueHandle wake_;
   std::mutex mutex_;
   HWAVEOUT device_ = nullptr;
-  bool silenced_ = false;
-  bool paused_ = false;
+  bool isSilenced_ = false;
+  bool isPaused_ = false;
   std::array<Buffer, kBufferCount> buffers_;
 };
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -3,19 +3,18 @@
 #include <algorithm>
 #include <string_view>
 
-#include "lxapi/bundled/utf8.h"
+#include "lxapi/bundled/characters.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
-// How far off the synthesizer's positions are at most, in characters, and how long an entity such as "&amp;"
-// is.
+// How many characters the synthesizer's positions are off at most.
 constexpr size_t kPositionSlack = 2;
+
+// The most characters before the semicolon of an entity such as "&amp;".
 constexpr size_t kLongestEntity = 10;
 
 bool isApostrophe(char32_t value) { return value == '\'' || value == 0x2019; }
-
-bool startsWith(std::u32string_view text, std::u32string_view prefix) { return text.starts_with(prefix); }
 
 }  // namespace
 
@@ -25,7 +24,7 @@ WordTracker::Events WordTracker::word(int64_t position, int32_t count, uint64_t 
   const std::u32string& text = segment_.characters;
   const size_t wordCount = static_cast<size_t>(std::max(count, 1));
   size_t end = *begin + std::min(wordCount, text.size() - *begin);
-  if (ssml_ && text[*begin] == '&') {
+  if (segment_.isSsml && text[*begin] == '&') {
     const size_t semicolon = text.find(U';', *begin);
     if (semicolon <= *begin + kLongestEntity) end = semicolon + 1;
   }
@@ -47,8 +46,8 @@ std::optional<size_t> WordTracker::locate(int64_t position) const {
   const std::u32string& text = segment_.characters;
   if (position < 1 || static_cast<uint64_t>(position) > text.size()) return std::nullopt;
   size_t index = static_cast<size_t>(position) - 1;
-  if (isSpace(text[index]) || tagBegin(index)) return std::nullopt;
-  if (ssml_ && text[index] == ';') {
+  if (isSpace(text[index]) || segment_.isMarkup(index)) return std::nullopt;
+  if (segment_.isSsml && text[index] == ';') {
     const size_t from = index > kLongestEntity ? index - kLongestEntity : 0;
     const size_t ampersand = text.rfind(U'&', index);
     if (ampersand != std::u32string::npos && ampersand >= from) index = ampersand;
@@ -61,39 +60,30 @@ std::optional<size_t> WordTracker::locate(int64_t position) const {
   return index;
 }
 
-/// Ends the waiting word at the end of its letters, and adds the words from there up to `limit`, which is
-/// reached at `frame`.
+/// Ends the pending word at the end of its letters, and adds the words from there up to `limit`, which is
+/// reached at `frame`: the time between the two is shared among them by their places.
 WordTracker::Events WordTracker::finish(size_t limit, uint64_t frame) {
   if (!pending_) return {};
   const std::u32string& text = segment_.characters;
   const Word word = *pending_;
   pending_.reset();
-  limit = std::max(limit, word.end);
-  const auto endOfLetters = [&](size_t index) {
-    while (index < limit) {
-      const bool joined = isApostrophe(text[index]) && index + 1 < limit && isWordCharacter(text[index + 1]);
-      if (!isWordCharacter(text[index]) && !joined) break;
-      ++index;
-    }
-    return index;
-  };
-  size_t end = endOfLetters(word.end);
-  while (end > word.begin + 1 && (isSpace(text[end - 1]) || tagBegin(end - 1))) --end;
+  size_t end = endOfLetters(word.end, limit);
+  while (end > word.begin + 1 && (isSpace(text[end - 1]) || segment_.isMarkup(end - 1))) --end;
   lastEnd_ = end;
   Events events{makeEvent(LX_EVENT_WORD, word.begin, end, word.frame)};
 
+  const uint64_t duration = frame - std::min(word.frame, frame);
   for (size_t index = end; index < limit;) {
-    if (const std::optional<size_t> tag = tagEnd(index)) {
-      index = *tag;
+    if (const TagRange* const tag = segment_.tagAt(index)) {
+      index = tag->end;
     } else if (!isWordCharacter(text[index])) {
       ++index;
     } else {
       // A mark other than a word's may lie a letter or two inside the word that follows it.
-      const size_t runEnd = endOfLetters(index);
+      const size_t runEnd = endOfLetters(index, limit);
       if (runEnd == limit && limit < text.size() && isWordCharacter(text[limit])) break;
-      const uint64_t elapsed =
-          (frame - std::min(word.frame, frame)) * (index - word.begin) / (limit - word.begin);
       if (segment_.source[index].begin >= heardUntil_) {
+        const uint64_t elapsed = duration * (index - word.begin) / (limit - word.begin);
         events.push_back(makeEvent(LX_EVENT_WORD, index, runEnd, word.frame + elapsed));
         heardUntil_ = segment_.source[index].end;
       }
@@ -101,6 +91,17 @@ WordTracker::Events WordTracker::finish(size_t limit, uint64_t frame) {
     }
   }
   return events;
+}
+
+/// Where the letters that go on at `index` end; an apostrophe between two of them belongs to them.
+size_t WordTracker::endOfLetters(size_t index, size_t limit) const {
+  const std::u32string& text = segment_.characters;
+  while (index < limit) {
+    const bool isJoint = isApostrophe(text[index]) && index + 1 < limit && isWordCharacter(text[index + 1]);
+    if (!isWordCharacter(text[index]) && !isJoint) break;
+    ++index;
+  }
+  return index;
 }
 
 SpeechEvent WordTracker::makeEvent(LxEventNumber number, size_t begin, size_t end, uint64_t frame) const {
@@ -117,14 +118,14 @@ std::optional<SpeechEvent> WordTracker::sentence(int64_t position, uint64_t fram
   if (!begin) return std::nullopt;
   const std::u32string& text = segment_.characters;
   size_t end = *begin + 1;
-  bool ended = false;
-  for (size_t index = *begin; index < text.size() && !(ended && isSpace(text[index])); ++index) {
-    if (const std::optional<size_t> tag = tagEnd(index)) {
-      index = *tag - 1;
+  bool hasEnded = false;
+  for (size_t index = *begin; index < text.size() && !(hasEnded && isSpace(text[index])); ++index) {
+    if (const TagRange* const tag = segment_.tagAt(index)) {
+      index = tag->end - 1;
       continue;
     }
     if (!isSpace(text[index])) end = index + 1;
-    ended = isSentenceEnd(text[index]) || (ended && isClosing(text[index]));
+    hasEnded = isSentenceEnd(text[index]) || (hasEnded && isClosing(text[index]));
   }
   return makeEvent(LX_EVENT_SENTENCE, *begin, end, frame);
 }
@@ -132,55 +133,33 @@ std::optional<SpeechEvent> WordTracker::sentence(int64_t position, uint64_t fram
 WordTracker::Pause WordTracker::pauseAt(int64_t position) const {
   const std::u32string& text = segment_.characters;
   size_t index = std::min(static_cast<size_t>(std::max<int64_t>(position, 0)), text.size());
-  if (segment_.last && !hasWordsFrom(index)) return Pause::None;
+  if (segment_.isLast && !hasWordsFrom(index)) return Pause::kNone;
   size_t lineEnds = 0;
   while (index > 0) {
     const char32_t before = text[index - 1];
-    if (const std::optional<size_t> tag = tagBegin(index - 1)) {
-      const std::u32string_view rest = std::u32string_view(text).substr(*tag);
-      if (startsWith(rest, U"<break")) return Pause::None;
+    if (const TagRange* const tag = segment_.tagAt(index - 1)) {
+      const std::u32string_view rest = std::u32string_view(text).substr(tag->begin);
+      if (rest.starts_with(U"<break")) return Pause::kNone;
       for (const std::u32string_view structure : {U"<p>", U"</p", U"<s>", U"</s"}) {
-        if (startsWith(rest, structure)) return Pause::Sentence;
+        if (rest.starts_with(structure)) return Pause::kSentence;
       }
-      index = *tag;
+      index = tag->begin;
       continue;
     }
-    if (isSentenceEnd(before)) return Pause::Sentence;
-    if (isClauseEnd(before)) return Pause::Comma;
-    if (before == '\n' && ++lineEnds == 2) return Pause::Sentence;
-    if (!isSpace(before) && !isClosing(before)) return Pause::None;
+    if (isSentenceEnd(before)) return Pause::kSentence;
+    if (isClauseEnd(before)) return Pause::kComma;
+    if (before == '\n' && ++lineEnds == 2) return Pause::kSentence;
+    if (!isSpace(before) && !isClosing(before)) return Pause::kNone;
     --index;
   }
-  return Pause::None;
-}
-
-/// Where the tag begins that holds the character at `index`, or nothing outside of tags.
-std::optional<size_t> WordTracker::tagBegin(size_t index) const {
-  if (!ssml_) return std::nullopt;
-  const std::u32string& text = segment_.characters;
-  if (text[index] != '>' && text[index] != '<') {
-    const size_t bracket = text.find_last_of(U"<>", index);
-    if (bracket == std::u32string::npos || text[bracket] == '>') return std::nullopt;
-    return bracket;
-  }
-  const size_t begin = text.rfind(U'<', index);
-  return begin == std::u32string::npos ? std::nullopt : std::optional(begin);
-}
-
-/// Where the tag ends that starts at `index`, or nothing where none starts.
-std::optional<size_t> WordTracker::tagEnd(size_t index) const {
-  const std::u32string& text = segment_.characters;
-  if (!ssml_ || text[index] != '<') return std::nullopt;
-  const size_t end = text.find(U'>', index);
-  return end == std::u32string::npos ? text.size() : end + 1;
+  return Pause::kNone;
 }
 
 bool WordTracker::hasWordsFrom(size_t index) const {
   const std::u32string& text = segment_.characters;
-  if (index < text.size()) index = tagBegin(index).value_or(index);
   while (index < text.size()) {
-    if (const std::optional<size_t> tag = tagEnd(index)) {
-      index = *tag;
+    if (const TagRange* const tag = segment_.tagAt(index)) {
+      index = tag->end;
     } else if (isWordCharacter(text[index++])) {
       return true;
     }
@@ -188,4 +167,4 @@ bool WordTracker::hasWordsFrom(size_t index) const {
   return false;
 }
 
-}  // namespace lxapi
+}  // namespace speech::lxapi

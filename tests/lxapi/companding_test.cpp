@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 /// The value that the standard's table gives for a code, on the scale of 16-bit samples.
@@ -47,4 +47,4 @@ TEST(Companding, NoSampleIsFurtherOffThanHalfAStep) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 using testing::ElementsAre;
@@ -14,7 +14,7 @@ std::vector<Fields> records(std::string_view text) {
   CsvParser parser(text);
   std::vector<Fields> result;
   Fields fields;
-  while (parser.next(fields) == Status::Record) result.push_back(fields);
+  while (parser.next(fields) == Status::kRecord) result.push_back(fields);
   return result;
 }
 
@@ -37,15 +37,15 @@ TEST(CsvParser, QuotesHoldCommasLineEndsAndQuotes) {
 TEST(CsvParser, TellsWhatIsMalformedAndOnWhichLine) {
   CsvParser open("a,b\n\"c\nd,\n");
   Fields fields;
-  EXPECT_EQ(open.next(fields), Status::Record);
-  EXPECT_EQ(open.next(fields), Status::OpenQuote);
+  EXPECT_EQ(open.next(fields), Status::kRecord);
+  EXPECT_EQ(open.next(fields), Status::kOpenQuote);
   EXPECT_EQ(open.line(), 2U);
-  EXPECT_EQ(open.next(fields), Status::End);
+  EXPECT_EQ(open.next(fields), Status::kEnd);
 
   CsvParser stray("\"a\nb\"c,d\ne,f\n");
-  EXPECT_EQ(stray.next(fields), Status::StrayQuote);
+  EXPECT_EQ(stray.next(fields), Status::kStrayQuote);
   EXPECT_EQ(stray.line(), 1U);
-  EXPECT_EQ(stray.next(fields), Status::Record);
+  EXPECT_EQ(stray.next(fields), Status::kRecord);
   EXPECT_EQ(stray.line(), 3U);
   EXPECT_THAT(fields, ElementsAre("e", "f"));
 }
@@ -59,4 +59,4 @@ TEST(CsvParser, ReadsWhatItMakes) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -7,21 +7,21 @@
 #include "lxapi/bundled/segmenter.h"
 #include "lxapi/bundled/word_tracker.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
-SubstitutionList dictionary(std::string_view csv, DictionaryKind kind = DictionaryKind::Text) {
+DictionaryList dictionary(std::string_view csv, DictionaryKind kind = DictionaryKind::kText) {
   const DictionaryResult result = parseDictionary(csv, kind);
   EXPECT_EQ(result.error, LX_OK) << "line " << result.line;
-  return {result.substitutions};
+  return {result.dictionary};
 }
 
-std::string spoken(const std::string& text, const SubstitutionList& substitutions, bool ssml = false) {
+std::string spoken(const std::string& text, const DictionaryList& substitutions, bool ssml = false) {
   return Segmenter(text, ssml, substitutions).next()->utf8;
 }
 
 TEST(Dictionary, ReplacesWholeWordsTheLongestFirst) {
-  const SubstitutionList words =
+  const DictionaryList words =
       dictionary("cat,dog\ncat food,kibble\nC++,see plus plus\n\xC3\xA9t\xC3\xA9,summer\nUS,United States\n");
   EXPECT_EQ(spoken("A cat, cats and cat food.", words), "A dog, cats and kibble.");
   EXPECT_EQ(spoken("cat foods", words), "dog foods");
@@ -31,30 +31,30 @@ TEST(Dictionary, ReplacesWholeWordsTheLongestFirst) {
 }
 
 TEST(Dictionary, TheFirstOfSeveralDictionariesCounts) {
-  SubstitutionList words = dictionary("a b,first\n");
+  DictionaryList words = dictionary("a b,first\n");
   words.push_back(dictionary("a b,second\nc,third\n").front());
   EXPECT_EQ(spoken("a b c", words), "first third");
 }
 
 TEST(Dictionary, TagsAreLeftAloneAndReplacementsAreText) {
-  const SubstitutionList words = dictionary("b,\"x < y & z\"\nspeak,talk\n");
+  const DictionaryList words = dictionary("b,\"x < y & z\"\nspeak,talk\n");
   EXPECT_EQ(spoken("<speak>b <b>b</b> speak</speak>", words, true),
             "<speak>x &lt; y &amp; z <b>x &lt; y &amp; z</b> talk</speak>");
 }
 
 TEST(Dictionary, LexiconsBringPhonemesAndCallersCannot) {
-  const SubstitutionList lexicon = dictionary("tomato,t@m'A:toU\n", DictionaryKind::Phonemes);
+  const DictionaryList lexicon = dictionary("tomato,t@m'A:toU\n", DictionaryKind::kPhonemes);
   const std::optional<Segment> piece = Segmenter("A tomato [[x]]", false, lexicon).next();
   EXPECT_EQ(piece->utf8, "A [[t@m'A:toU]] [ x]]");
-  EXPECT_TRUE(piece->phonemes);
-  EXPECT_FALSE(Segmenter("A potato", false, lexicon).next()->phonemes);
+  EXPECT_TRUE(piece->hasPhonemes);
+  EXPECT_FALSE(Segmenter("A potato", false, lexicon).next()->hasPhonemes);
 }
 
 TEST(Dictionary, WordsStillPointIntoTheCallersText) {
   const std::string text = "\xF0\x9F\x98\x80 SQL\xF0\x9F\x98\x80 is";
   const Segment segment =
       *Segmenter(text, false, dictionary("SQL\xF0\x9F\x98\x80,structured query language\n")).next();
-  WordTracker tracker(segment, false);
+  WordTracker tracker(segment);
   using Word = std::pair<uint32_t, uint32_t>;
   std::vector<Word> words;
   for (const WordTracker::Events& events :
@@ -88,10 +88,10 @@ TEST(Dictionary, EveryFaultHasItsCodeAndLine) {
         Case{"a,b\nc,d\na,e\n", LX_ERROR_DICT_DUPLICATE, 3}, Case{duplicates, LX_ERROR_DICT_DUPLICATE, 2},
         Case{many, LX_ERROR_DICT_SIZE, kMostDictionaryEntries + 1},
         Case{std::string(100'000'000, 'a'), LX_ERROR_DICT_SIZE, 0}}) {
-    const DictionaryResult result = parseDictionary(fault.text, DictionaryKind::Text);
+    const DictionaryResult result = parseDictionary(fault.text, DictionaryKind::kText);
     EXPECT_EQ(result.error, fault.error) << fault.text.substr(0, 40);
     EXPECT_EQ(result.line, fault.line) << fault.text.substr(0, 40);
-    EXPECT_EQ(result.substitutions, nullptr);
+    EXPECT_EQ(result.dictionary, nullptr);
   }
 }
 
@@ -114,7 +114,7 @@ TEST(Dictionary, ChecksTellWhyAnEntryIsRefused) {
 
 // A dictionary that blows every word up does not take the memory with it.
 TEST(Dictionary, ReplacementsHaveALimitInEachPiece) {
-  const SubstitutionList words = dictionary("a," + std::string(200, 'b') + "\n");
+  const DictionaryList words = dictionary("a," + std::string(200, 'b') + "\n");
   std::string text;
   for (int index = 0; index < 5000; ++index) text += "a ";
   Segmenter segmenter(text, false, words);
@@ -122,4 +122,4 @@ TEST(Dictionary, ReplacementsHaveALimitInEachPiece) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

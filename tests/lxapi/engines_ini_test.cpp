@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 using testing::HasSubstr;
@@ -72,4 +72,4 @@ TEST(EnginesIni, FilesOfAnotherKindAreNoEnginesAndFewComplaints) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

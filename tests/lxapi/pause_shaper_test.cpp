@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 using Samples = std::vector<int16_t>;
@@ -37,4 +37,4 @@ TEST(PauseShaper, QuietInTheMiddleOfAClausePassesUnchanged) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "lxapi/bundled/utf8.h"
+#include "base/utf8.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 std::vector<Segment> segments(const std::string& text, bool ssml = false) {
@@ -47,7 +47,7 @@ TEST(Segmenter, PiecesPutTogetherAreTheTextInUtf16Units) {
       position += utf16Length(piece.characters[index]);
       EXPECT_EQ(piece.source[index].end, position);
     }
-    EXPECT_EQ(piece.last, &piece == &pieces.back());
+    EXPECT_EQ(piece.isLast, &piece == &pieces.back());
   }
 }
 
@@ -113,4 +113,4 @@ TEST(Segmenter, HostileSsmlIsCutInOneGo) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

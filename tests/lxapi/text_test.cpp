@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "lxapi/bundled/language_code.h"
-#include "lxapi/bundled/utf8.h"
+#include "base/utf8.h"
+#include "lxapi/bundled/engines_ini.h"
 #include "lxapi/bundled/voice_settings.h"
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 TEST(Utf8, AcceptsEveryLengthUpToTheLastCodePoint) {
@@ -72,4 +72,4 @@ TEST(VoiceSettings, BringsValuesIntoTheRangesThatItTells) {
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi

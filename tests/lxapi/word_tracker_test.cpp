@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace lxapi {
+namespace speech::lxapi {
 namespace {
 
 Segment segmentOf(const std::string& text, bool ssml = false) { return *Segmenter(text, ssml).next(); }
@@ -18,7 +18,7 @@ struct Mark {
 std::vector<std::string> words(const std::string& text, std::initializer_list<Mark> marks,
                                bool ssml = false) {
   const Segment segment = segmentOf(text, ssml);
-  WordTracker tracker(segment, ssml);
+  WordTracker tracker(segment);
   std::vector<std::string> result;
   const auto keep = [&](const WordTracker::Events& events) {
     for (const SpeechEvent& event : events) result.push_back(text.substr(event.offset, event.length));
@@ -53,7 +53,7 @@ TEST(WordTracker, PositionsBehindTagsAndEntitiesAreCorrected) {
 
 TEST(WordTracker, OffsetsCountUtf16Units) {
   const Segment segment = segmentOf("\xF0\x9D\x92\xB3\xC3\xA9 ok");
-  WordTracker tracker(segment, false);
+  WordTracker tracker(segment);
   EXPECT_TRUE(tracker.word(1, 2, 7).empty());
   const WordTracker::Events first = tracker.word(4, 2, 8);
   ASSERT_EQ(first.size(), 1U);
@@ -68,7 +68,7 @@ TEST(WordTracker, OffsetsCountUtf16Units) {
 
 TEST(WordTracker, WordsThatArePassedOverShareTheTime) {
   const Segment segment = segmentOf("of the best");
-  WordTracker tracker(segment, false);
+  WordTracker tracker(segment);
   tracker.word(1, 2, 1000);
   const WordTracker::Events events = tracker.word(8, 4, 1700);
   ASSERT_EQ(events.size(), 2U);
@@ -80,7 +80,7 @@ TEST(WordTracker, WordsThatArePassedOverShareTheTime) {
 
 TEST(WordTracker, SentencesReachToTheirPunctuation) {
   const Segment segment = segmentOf("One 3.5 two. \"Three!\" Four");
-  const WordTracker tracker(segment, false);
+  const WordTracker tracker(segment);
   EXPECT_EQ(tracker.sentence(1, 0)->length, 12U);
   EXPECT_EQ(tracker.sentence(15, 0)->length, 7U);
   EXPECT_EQ(tracker.sentence(23, 0)->length, 4U);
@@ -90,18 +90,18 @@ TEST(WordTracker, TheTextSaysWhichPauseItWants) {
   using Pause = WordTracker::Pause;
   const auto pauseAfter = [](const std::string& text, const std::string& rest, bool ssml = false) {
     const Segment segment = segmentOf(text + rest, ssml);
-    return WordTracker(segment, ssml).pauseAt(static_cast<int64_t>(text.size()));
+    return WordTracker(segment).pauseAt(static_cast<int64_t>(text.size()));
   };
-  EXPECT_EQ(pauseAfter("Hello, ", "you"), Pause::Comma);
-  EXPECT_EQ(pauseAfter("(Hello.) ", "you"), Pause::Sentence);
-  EXPECT_EQ(pauseAfter("Title\n\n", "you"), Pause::Sentence);
-  EXPECT_EQ(pauseAfter("Hello ", "you"), Pause::None);
-  EXPECT_EQ(pauseAfter("Hello. ", ""), Pause::None);
-  EXPECT_EQ(pauseAfter("<p>Hello</p>", "you", true), Pause::Sentence);
-  EXPECT_EQ(pauseAfter("Hello, <b>", "you</b>", true), Pause::Comma);
-  EXPECT_EQ(pauseAfter("Hello. <break time=\"2s\"/>", "you", true), Pause::None);
-  EXPECT_EQ(pauseAfter("Hello. ", "</speak>", true), Pause::None);
+  EXPECT_EQ(pauseAfter("Hello, ", "you"), Pause::kComma);
+  EXPECT_EQ(pauseAfter("(Hello.) ", "you"), Pause::kSentence);
+  EXPECT_EQ(pauseAfter("Title\n\n", "you"), Pause::kSentence);
+  EXPECT_EQ(pauseAfter("Hello ", "you"), Pause::kNone);
+  EXPECT_EQ(pauseAfter("Hello. ", ""), Pause::kNone);
+  EXPECT_EQ(pauseAfter("<p>Hello</p>", "you", true), Pause::kSentence);
+  EXPECT_EQ(pauseAfter("Hello, <b>", "you</b>", true), Pause::kComma);
+  EXPECT_EQ(pauseAfter("Hello. <break time=\"2s\"/>", "you", true), Pause::kNone);
+  EXPECT_EQ(pauseAfter("Hello. ", "</speak>", true), Pause::kNone);
 }
 
 }  // namespace
-}  // namespace lxapi
+}  // namespace speech::lxapi
