@@ -13,8 +13,8 @@
 
 namespace rate {
 
-inline constexpr std::int32_t kBlockOutputLimit =
-    40962;  ///< the most samples that one block may have to store
+/// The most samples that one block may store: ten for every sample of the work buffer, and two to spare.
+inline constexpr std::int32_t kBlockOutputLimit = 10 * kWorkLength + 2;
 
 /// How the index of the last real sample is carried over a block, which decides where the real blocks end.
 /// Kept: the two ways differ by a sample of tail.
@@ -22,7 +22,7 @@ enum class TailRule { filter, linear };
 
 struct LoopSetting {
   std::uint32_t step;  ///< clock ticks per output sample, Q15, below 2^30
-  std::int32_t guard;  ///< samples kept on either side of a block, at most half the work buffer
+  std::int32_t guard;  ///< samples kept on either side of a block, below half the work buffer
   TailRule tailRule;
 };
 
@@ -51,49 +51,65 @@ class InputReader {
 };
 
 /// Converts request.input into request.output. `produce(work, clock, output)` fills `output`, a part of
-/// request.output, with samples at `clock`, `clock + step`, and so on.
-/// @return the samples stored, or -1 when a block would have to store more than kBlockOutputLimit.
+/// request.output, with samples at `clock`, `clock + step`, and so on; all that it looks at lies in `work`.
+///
+/// The work buffer X holds, around each block, `guard` samples that the filter looks back and ahead at. With
+/// 8000 to 16000 Hz and the large filter (step 1/2, guard 43) an input of 4153 samples goes like this:
+///
+///   - X[0..42] is zero; 4053 samples are read to X[43..4095]. Input is left, so `last` is 0, and the block
+///   is
+///     X[43..4052], 4010 samples long, of which 8020 are made. X[4010..4095] moves down to X[0..85].
+///   - 100 samples are read to X[86..185], zeros after them; `last` is 185. That is 142 samples from X[43],
+///   so
+///     this block is X[43..184] and makes 284. X[142..4095] moves down, and the last sample stands at X[43].
+///     What stood in X[3954..4095] stays there as well.
+///   - 8304 of 8306 samples are stored. The length stays 142, and the next block makes the two that are
+///     wanted. With a larger capacity such blocks would go on until it is full.
+///
+/// @return the samples stored, or -1 when a block would have to store more than kBlockOutputLimit or blocks
+///   of no samples would come for ever.
 template <typename Produce>
 std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& request, WorkBuffer& work,
                            Produce&& produce) {
   const std::int32_t guard = setting.guard;
   InputReader reader({request.input, static_cast<std::size_t>(request.inputCount)});
   std::uint32_t clock = static_cast<std::uint32_t>(guard) << kPhaseBits;
-  auto blockLength = static_cast<std::uint32_t>(kWorkLength - 2 * guard);  // input samples
+  std::int32_t blockLength = kWorkLength - 2 * guard;  // input samples
   std::int32_t fillPosition = guard;
   std::int32_t total = 0;
   std::int64_t last = 0;
 
   while (total < request.outputCapacity) {
-    if (last == 0) last = reader.read(work, fillPosition);
-    if (last != 0 && last - guard < static_cast<std::int64_t>(blockLength)) {
-      // Kept: an unsigned 16-bit number. After the last real block it wraps below zero and makes one more
-      // block, long enough to fill up to any sensible capacity, from what the work buffer then holds.
-      blockLength = static_cast<std::uint16_t>(last - guard);
+    if (last == 0) {
+      last = reader.read(work, fillPosition);
+      // Only a read settles the length. One that found nothing any more leaves it as it is: `last` then lies
+      // below the guard.
+      if (last >= guard && last - guard < blockLength) blockLength = static_cast<std::int32_t>(last - guard);
       if (blockLength == 0) return total;
     }
 
-    // Nothing here leaves 32 bits: a block ends below (2048 + 65536) << 15, and a step is below 2^30.
-    const std::uint32_t ticks = blockLength << kPhaseBits;
-    const auto made = static_cast<std::int32_t>((ticks + setting.step - 1) / setting.step);
-    const std::int32_t wanted = request.outputCapacity - total;
-    if (std::min(made, wanted) > kBlockOutputLimit) return -1;
-    // Kept: a block's count is an unsigned 16-bit number.
-    const std::int32_t count = std::min<std::int32_t>(static_cast<std::uint16_t>(made), wanted);
-    // Past the end a block that counts as empty would come again for ever.
-    if (count == 0 && last != 0) return -1;
+    // Nothing here leaves 32 bits: a block ends below 4096 << 15, and a step is below 2^30.
+    const std::uint32_t ticks = static_cast<std::uint32_t>(blockLength) << kPhaseBits;
+    const std::uint32_t made = (ticks + setting.step - 1) / setting.step;
+    // Kept: a block's count is an unsigned 16-bit number. Of 65546 samples only the first 10 are stored.
+    const std::int32_t count =
+        std::min<std::int32_t>(static_cast<std::uint16_t>(made), request.outputCapacity - total);
+    if (count > kBlockOutputLimit) return -1;
     produce(std::as_const(work), clock, std::span(request.output + total, static_cast<std::size_t>(count)));
     total += count;
 
-    clock += static_cast<std::uint32_t>(made) * setting.step - ticks;
-    const std::int32_t creep = static_cast<std::int32_t>(clock >> kPhaseBits) - guard;
-    clock -= static_cast<std::uint32_t>(creep) << kPhaseBits;
-    const std::int32_t readPosition = guard + static_cast<std::int32_t>(blockLength) + creep;
+    clock += made * setting.step - ticks;
+    // Whole samples by which the clock has passed the block's end.
+    const std::int32_t overshoot = static_cast<std::int32_t>(clock >> kPhaseBits) - guard;
+    clock -= static_cast<std::uint32_t>(overshoot) << kPhaseBits;
+    const std::int32_t readPosition = guard + blockLength + overshoot;
     work.moveDown(readPosition - guard);
     if (last != 0) {
       last -= readPosition;
       if (setting.tailRule == TailRule::filter) ++last;
       if (setting.tailRule == TailRule::linear && last == 0) last = 1;
+      // Every block from here on is like this one.
+      if (count == 0 && last != 0) return -1;
     }
     fillPosition = kWorkLength - readPosition + guard;
   }

@@ -37,7 +37,8 @@ std::int32_t convertFast(const LoopSetting& loop, const RateRequest& request, Fa
 std::int32_t convertFiltered(const RateRequest& request, const Parameters& parameters, bool large,
                              Level level) {
   const std::int32_t guard = large ? parameters.guardLarge : parameters.guardSmall;
-  if (2 * guard > kWorkLength) return -1;
+  // With a guard of half the buffer no block would be left.
+  if (2 * guard >= kWorkLength) return -1;
   const LoopSetting loop{parameters.step, guard, TailRule::filter};
   const FilterSetting setting{large ? &largeFilter() : &smallFilter(), parameters.step, parameters.coefStep,
                               large ? parameters.gainLarge : parameters.gainSmall};
@@ -56,14 +57,14 @@ std::int32_t convertFiltered(const RateRequest& request, const Parameters& param
 }  // namespace
 
 std::int32_t convert(const RateRequest& request, Level level) {
-  if (request.inputRate < 1 || request.outputRate < 1) return -1;
   if (request.inputCount <= 0) return 0;
   if (request.input == nullptr || request.output == nullptr) return -1;
   if (request.inputRate == request.outputRate) {
-    // Kept: ignores the capacity.
+    // Kept: ignores the capacity, and takes any rate.
     std::copy_n(request.input, request.inputCount, request.output);
     return request.inputCount;
   }
+  if (request.inputRate < 1 || request.outputRate < 1) return -1;
 
   const auto parameters = parametersFor(request.inputRate, request.outputRate);
   if (!parameters) return -1;

@@ -26,7 +26,7 @@ struct RateRequest {
   std::int16_t* output;         ///< room for `outputCapacity` samples; the caller's own
   std::int32_t inputCount;      ///< samples; 0 or below converts nothing
   std::int32_t outputCapacity;  ///< samples; the most that are ever stored, save at equal rates
-  std::int32_t inputRate;       ///< Hz, at least 1
+  std::int32_t inputRate;       ///< Hz, at least 1 unless they are equal
   std::int32_t outputRate;      ///< Hz, at least 1
   std::uint16_t reserved;       ///< ignored
   std::uint16_t quality;        ///< RateQuality in the low byte; the high byte is ignored
@@ -36,15 +36,16 @@ extern "C" {
 
 /// Converts a whole array in one call.
 ///
-/// Equal rates copy `inputCount` samples unchanged, whatever the capacity. Samples that the filter cannot
-/// fill from the end of the input come from what its work buffer still holds, up to the capacity: ask for
-/// inputCount * outputRate / inputRate samples, not more.
+/// Equal rates, whatever they are, copy `inputCount` samples unchanged and ignore the capacity. Otherwise the
+/// capacity is always filled, and what the input does not give comes from what the work buffer still holds:
+/// ask for inputCount * outputRate / inputRate samples, not more.
 ///
 /// @param request  what to convert, how and where to
-/// @return the samples stored; 0 for an empty input; -1 for a null pointer, a rate below 1, rates too far
-///   apart for the filter (more than about 61 to 1 down with the large one, 291 with the small one, 32767
-///   with none) or for the clock (65536 to 1 up), and when one block of about 4000 input samples would
-///   have to store more than 40962 samples. Samples of earlier blocks have then been stored already.
+/// @return the samples stored; 0 for an empty input, and for a single sample at another rate; -1 for a null
+///   pointer, a rate below 1, rates too far apart for the filter (more than about 61 to 1 down with the
+///   large one, 291 with the small one, 32767 with none) or for the clock (65536 to 1 up), and when one
+///   block of about 4000 input samples would have to store more than 40962 samples. Samples of earlier
+///   blocks have then been stored already. Rates more than 16 to 1 up leave out whole runs of samples.
 ///
 /// Any thread; calls share nothing. Takes about 90 KB of the caller's stack and allocates nothing.
 SPEECH_API std::int32_t RATEAPI(const RateRequest* request);

@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "audio/rate_parameters.h"
-#include "audio/rate_window.h"
 
 namespace rate {
 namespace {
@@ -103,13 +102,6 @@ bool RowFilter::planCarryOver() {
 }
 
 void RowFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output) {
-  produceByWindow(setting_, work, clock, output,
-                  [&](std::uint32_t insideClock, std::span<std::int16_t> inside) {
-                    produceInside(work, insideClock, inside);
-                  });
-}
-
-void RowFilter::produceInside(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output) {
   std::reverse_copy(work.data(), work.data() + kWorkLength, backward_.begin());
   std::fill(backward_.begin() + kWorkLength, backward_.end(), std::int16_t{0});
   const WindowSamples samples{work.data(), backward_.data()};

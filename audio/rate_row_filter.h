@@ -32,7 +32,6 @@ class RowFilter {
 
   void makeRows(std::int16_t* to, std::size_t filterEnd) const;
   bool planCarryOver();
-  void produceInside(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output);
 
   const FilterSetting setting_;
   const Kernels& kernels_;

@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "audio/rate_parameters.h"
-#include "audio/rate_window.h"
 
 namespace rate {
 namespace {
@@ -96,14 +95,6 @@ void SteadyFilter::alignTo(Phase& phase, std::int32_t alignment) {
 }
 
 void SteadyFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output) {
-  produceByWindow(setting_, work, clock, output,
-                  [&](std::uint32_t insideClock, std::span<std::int16_t> inside) {
-                    produceInside(work, insideClock, inside);
-                  });
-}
-
-void SteadyFilter::produceInside(const WorkBuffer& work, std::uint32_t clock,
-                                 std::span<std::int16_t> output) {
   const std::int16_t* columns = work.data();
   if (columnCount_ > 1) {
     kernels_.deal(work.data(), kWorkLength, columnCount_, columnLength_, columns_.data());

@@ -44,7 +44,6 @@ class SteadyFilter {
   void addTap(Phase& phase, int coef, std::int32_t distance);
   void planCarryOver(const Phase& phase);
   void alignTo(Phase& phase, std::int32_t alignment);
-  void produceInside(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output);
 
   const FilterSetting setting_;
   const Kernels& kernels_;

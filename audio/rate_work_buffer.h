@@ -16,10 +16,8 @@ inline constexpr std::int32_t kReadAhead =
 
 class WorkBuffer {
  public:
-  /// The sample at `position`; zero outside the buffer, where the blocks after the end of the input look.
-  int at(std::int32_t position) const {
-    return position >= 0 && position < kWorkLength ? samples_[static_cast<std::size_t>(position)] : 0;
-  }
+  /// The sample at `position`, which must lie in the buffer.
+  int at(std::int32_t position) const { return samples_[static_cast<std::size_t>(position)]; }
 
   const std::int16_t* data() const { return samples_.data(); }
 
@@ -38,7 +36,7 @@ class WorkBuffer {
   /// Moves everything from `position` on down to the start. What stood above the moved samples stays there:
   /// after the end of the input nothing overwrites it, and the last samples of a conversion come from it.
   void moveDown(std::int32_t position) {
-    if (position <= 0 || position >= kWorkLength) return;
+    if (position >= kWorkLength) return;
     std::copy(samples_.begin() + position, samples_.begin() + kWorkLength, samples_.begin());
   }
 

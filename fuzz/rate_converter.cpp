@@ -1,4 +1,4 @@
-// Any request: the vector code answers as the plain code does and stays within its buffers.
+// Any request: the converter answers as the model does and stays within its buffers.
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "audio/rate_conversion.h"
-#include "audio/rate_parameters.h"
+#include "tests/audio/rate_model.h"
 
 namespace {
 
@@ -28,53 +28,31 @@ std::int32_t consumeRate(FuzzedDataProvider& data) {
   }
 }
 
-struct Size {
-  std::size_t inputCount;
-  std::int32_t outputCapacity;
-};
-
-/// One input in 64, by all of its bytes: a mutation rolls again, so that the corpus does not fill up with
-/// slow ones.
-bool mayBeLong(const std::uint8_t* bytes, std::size_t byteCount) {
-  std::uint32_t hash = 2166136261;
-  for (std::size_t i = 0; i < byteCount; ++i) hash = (hash ^ bytes[i]) * 16777619;
-  return hash >> 26 == 0;
-}
-
-/// Mostly short conversions, which are quick; now and then one whose input ends near a block's end, or one
-/// that makes as many samples as a block may.
-Size consumeSize(FuzzedDataProvider& data, bool longer, std::int32_t inputRate, std::int32_t outputRate) {
-  const int kind = longer ? data.ConsumeIntegralInRange(0, 3) : 4;
-  const std::size_t length = kind == 0   ? 8192u - 300 + data.ConsumeIntegralInRange(0u, 400u)
-                             : kind == 1 ? 4096u - 300 + data.ConsumeIntegralInRange(0u, 400u)
-                             : kind < 4  ? data.ConsumeIntegralInRange(0u, 1000u)
-                                         : data.ConsumeIntegralInRange(0u, 100u);
-  const std::int32_t most = kind == 2 ? 50000 : kind < 4 ? 5000 : 200;
-  const double natural = static_cast<double>(length) * std::max(outputRate, 1) / std::max(inputRate, 1) + 0.5;
-  const auto sensible = static_cast<std::int32_t>(std::min<double>(natural, most));
-  switch (data.ConsumeIntegralInRange(0, 15)) {
-    case 0:
-      return {length, data.ConsumeIntegralInRange(-1, most)};
-    case 1:
-      return {length, data.ConsumeIntegralInRange(0, sensible)};
-    case 2:
-      return {length, sensible + data.ConsumeIntegralInRange(0, 100)};
-    default:
-      return {length, sensible};
-  }
+/// Mostly short conversions, which are quick; one input in 64, by all of its bytes, whose samples end near a
+/// block's end, or which makes as many samples as a block may.
+void consumeSize(FuzzedDataProvider& data, std::uint32_t hash, RateRequest& request) {
+  const bool isLong = hash >> 26 == 0;
+  const int kind = isLong ? data.ConsumeIntegralInRange(0, 2) : 3;
+  const std::int32_t lowest[] = {8192 - 300, 4096 - 300, 0, 0}, spread[] = {400, 400, 1000, 100};
+  request.inputCount = lowest[kind] + data.ConsumeIntegralInRange(0, spread[kind]);
+  const double natural = static_cast<double>(request.inputCount) * std::max(request.outputRate, 1) /
+                         std::max(request.inputRate, 1);
+  const auto capacity = static_cast<std::int32_t>(std::min(natural + 0.5, isLong ? 50000.0 : 200.0));
+  request.outputCapacity = data.ConsumeIntegralInRange(0, 3) != 0
+                               ? capacity
+                               : data.ConsumeIntegralInRange(-1, capacity + (isLong ? 5000 : 100));
 }
 
 std::vector<std::int16_t> consumeSamples(FuzzedDataProvider& data, std::size_t length) {
   std::vector<std::int16_t> samples(length);
   auto state = data.ConsumeIntegral<std::uint32_t>();
   const bool extremes = data.ConsumeBool();
-  std::size_t i = 0;
-  // What the data does not say, a generator does.
-  for (; i < length && data.remaining_bytes() >= 2; ++i) samples[i] = data.ConsumeIntegral<std::int16_t>();
-  for (; i < length; ++i) {
+  for (std::int16_t& sample : samples) {
+    // What the data does not say, a generator does.
     state = state * 1664525 + 1013904223;
-    const auto noise = static_cast<std::int16_t>(state >> 16);
-    samples[i] = !extremes ? noise : noise < 0 ? std::int16_t{-32768} : std::int16_t{32767};
+    sample = data.remaining_bytes() >= 2 ? data.ConsumeIntegral<std::int16_t>()
+                                         : static_cast<std::int16_t>(state >> 16);
+    if (extremes) sample = sample < 0 ? -32768 : 32767;
   }
   return samples;
 }
@@ -82,32 +60,28 @@ std::vector<std::int16_t> consumeSamples(FuzzedDataProvider& data, std::size_t l
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byteCount) {
+  std::uint32_t hash = 2166136261;
+  for (std::size_t i = 0; i < byteCount; ++i) hash = (hash ^ bytes[i]) * 16777619;
   FuzzedDataProvider data(bytes, byteCount);
   RateRequest request{};
   request.inputRate = consumeRate(data);
   request.outputRate = consumeRate(data);
-  request.quality = data.ConsumeIntegralInRange<std::uint16_t>(0, 3);
-  const auto level =
-      data.PickValueInArray({rate::Level::sse2, rate::Level::ssse3, rate::Level::avx2, rate::Level::avx2});
-  const Size size = consumeSize(data, mayBeLong(bytes, byteCount), request.inputRate, request.outputRate);
-  const auto input = consumeSamples(data, size.inputCount);
+  request.quality = data.ConsumeIntegral<std::uint16_t>();
+  const auto level = data.PickValueInArray({rate::Level::plain, rate::Level::sse2, rate::Level::avx2});
+  if (!rate::hasLevel(level)) return 0;
+  consumeSize(data, hash, request);
+  const auto input = consumeSamples(data, static_cast<std::size_t>(request.inputCount));
   request.input = input.data();
-  request.inputCount = static_cast<std::int32_t>(size.inputCount);
-  request.outputCapacity = size.outputCapacity;
 
   // Equal rates copy the whole input whatever the capacity.
-  const auto room = std::max<std::size_t>(static_cast<std::size_t>(std::max(request.outputCapacity, 0)),
-                                          request.inputRate == request.outputRate ? size.inputCount : 0);
-  std::vector<std::int16_t> plain(room);
-  request.output = plain.data();
-  const std::int32_t plainResult = rate::convert(request, rate::Level::plain);
-  if (plainResult < -1 || plainResult > static_cast<std::int32_t>(room)) std::abort();
-
-  if (!rate::hasLevel(level)) return 0;
-  std::vector<std::int16_t> fast(room);
-  request.output = fast.data();
-  if (rate::convert(request, level) != plainResult || fast != plain) {
-    std::fprintf(stderr, "%d to %d Hz, quality %d, %d samples, room for %d: the levels differ\n",
+  std::vector<std::int16_t> expected(
+      static_cast<std::size_t>(std::max(request.outputCapacity, request.inputCount)));
+  std::vector<std::int16_t> output(expected.size());
+  request.output = expected.data();
+  const std::int32_t answer = speech::test::RateModel(request).convert();
+  request.output = output.data();
+  if (rate::convert(request, level) != answer || output != expected) {
+    std::fprintf(stderr, "%d to %d Hz, quality %d, %d samples, room for %d: not the model's samples\n",
                  request.inputRate, request.outputRate, request.quality, request.inputCount,
                  request.outputCapacity);
     std::abort();
