@@ -25,10 +25,7 @@ constexpr std::int32_t kBytesPerFrame = 2;
 
 RateStream RATEAPI_MULTI_INIT(double inRate, double outRate, std::int32_t channels) {
   if (!canBeConverted(inRate, outRate) || channels < 1 || channels > kLargestChannelCount) return 0;
-  soxr_io_spec_t samples = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
-  // libsoxr seeds its dither with the time of day. Without it a stream gives the same samples every time and
-  // however it is cut into blocks.
-  samples.flags |= SOXR_NO_DITHER;
+  const soxr_io_spec_t samples = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
   const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_LQ, 0);
   const soxr_runtime_spec_t oneThread = soxr_runtime_spec(1);
   soxr_error_t error = nullptr;

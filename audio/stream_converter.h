@@ -10,8 +10,8 @@
 ///     }
 ///     RATEAPI_MULTI_UNINIT(stream);
 ///
-/// Samples are signed 16-bit, interleaved by channel. A stream belongs to one thread at a time; different
-/// streams may be used at once.
+/// Samples are signed 16-bit, interleaved by channel, and dithered: two runs differ by 2 at most. A stream
+/// belongs to one thread at a time; different streams may be used at once.
 
 #include <cstdint>
 
