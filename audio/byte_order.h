@@ -12,6 +12,9 @@ namespace speech::audio {
 extern std::atomic<std::int32_t> hostBigEndianFlag;
 
 /// Settles the flag when that is still to be done.
+void settleByteOrder();
+
+/// The flag, settled.
 bool hostIsBigEndian();
 
 }  // namespace speech::audio

@@ -13,8 +13,12 @@ namespace speech::audio {
 
 std::atomic<std::int32_t> hostBigEndianFlag{-1};
 
-bool hostIsBigEndian() {
+void settleByteOrder() {
   if (hostBigEndianFlag < 0) set_endian_info();
+}
+
+bool hostIsBigEndian() {
+  settleByteOrder();
   return hostBigEndianFlag > 0;
 }
 
@@ -57,7 +61,7 @@ using namespace speech::audio;
 void set_endian_info() { hostBigEndianFlag = 0; }
 
 std::int32_t swapdata(void* dst, const void* src, std::int32_t elementSize, std::int32_t count) {
-  if (canBeReversed(elementSize) && hostIsBigEndian()) {
+  if (hostIsBigEndian() && canBeReversed(elementSize)) {
     reverseElements(dst, src, elementSize, count);
   } else {
     copyElements(dst, src, elementSize, count);
@@ -66,6 +70,7 @@ std::int32_t swapdata(void* dst, const void* src, std::int32_t elementSize, std:
 }
 
 std::int32_t swapdata_forced(void* dst, const void* src, std::int32_t elementSize, std::int32_t count) {
+  settleByteOrder();
   if (canBeReversed(elementSize)) {
     reverseElements(dst, src, elementSize, count);
   } else {

@@ -4,25 +4,16 @@
 #include <cstddef>
 #include <limits>
 
-#include "audio/rate_block_loop.h"
-
 namespace speech::audio {
 namespace {
 
 constexpr std::int32_t kLowestRate = 4000;
 constexpr std::int32_t kHighestRate = 48000;
 
-/// Whether the converter would give up on a block for making too many samples. A block takes half a work
-/// buffer of input at the least.
-bool exceedsEveryBlock(std::int32_t inputCount, std::int32_t outputCount) {
-  const std::int64_t blocks = inputCount / (rate::kWorkLength / 2) + 2;
-  return outputCount > blocks * rate::kBlockOutputLimit;
-}
-
 /// A request for the wrappers' filter and natural capacity, still without its arrays.
 std::optional<RateRequest> requestFor(std::int32_t inputCount, RatePair rates) {
   const std::optional<std::int32_t> capacity = estimateOutputCount(inputCount, rates);
-  if (!capacity || exceedsEveryBlock(inputCount, *capacity)) return std::nullopt;
+  if (!capacity) return std::nullopt;
   return RateRequest{nullptr,     nullptr,      inputCount,     *capacity,
                      rates.input, rates.output, /*reserved=*/0, kRateQualityLarge};
 }
@@ -48,10 +39,11 @@ RatePair clampedRates(std::int32_t inputRate, std::int32_t outputRate) {
 }
 
 std::optional<std::int32_t> estimateOutputCount(std::int32_t inputCount, RatePair rates) {
-  if (rates.input < 1 || rates.output < 1) return std::nullopt;
+  const bool areEqual = rates.input == rates.output;
+  if (!areEqual && (rates.input < 1 || rates.output < 1)) return std::nullopt;
   // Kept: single precision, which decides the last samples of long recordings.
-  const float samples =
-      static_cast<float>(rates.output) / static_cast<float>(rates.input) * static_cast<float>(inputCount);
+  const float factor = areEqual ? 1 : static_cast<float>(rates.output) / static_cast<float>(rates.input);
+  const float samples = factor * static_cast<float>(inputCount);
   const double rounded = static_cast<double>(samples) + 0.5;
   if (rounded > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   return static_cast<std::int32_t>(rounded);

@@ -31,7 +31,8 @@ struct RatePair {
 /// The pair as the memory wrappers take it, each rate held to 4000 to 48000 Hz.
 RatePair clampedRates(std::int32_t inputRate, std::int32_t outputRate);
 
-/// How many samples `inputCount` (0 or more) become; nothing for rates below 1 or a number beyond 32 bits.
+/// How many samples `inputCount` (0 or more) become; nothing for a number beyond 32 bits, or for rates below
+/// 1 that differ.
 std::optional<std::int32_t> estimateOutputCount(std::int32_t inputCount, RatePair rates);
 
 struct ConvertedSamples {

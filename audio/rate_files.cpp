@@ -66,19 +66,18 @@ struct InputFormat {
 /// Reads the header of `file` and leaves the file at its samples; nothing for a header that cannot be true.
 std::optional<InputFormat> readFormat(std::FILE* file, WidthRule rule) {
   constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
-  const std::int64_t fileBytes = measureFile(file);
+  const std::int64_t dataInFile = std::max<std::int64_t>(measureFile(file) - kSamplesOffset, 0);
   WFHeader header;
   LXUTIL_Read_WFHeader(file, &header);
   if (header.formatTag != kWaveFormatPcm16 && header.formatTag != kWaveFormatPcm8) return std::nullopt;
-  if (header.samplesPerSec < 1 || header.samplesPerSec > kLargest) return std::nullopt;
-  if (std::int64_t{header.dataSize} > fileBytes - kSamplesOffset) return std::nullopt;
+  const auto dataBytes = static_cast<std::uint32_t>(std::min<std::int64_t>(header.dataSize, dataInFile));
 
   // Kept: every channel count but 2 is read as 1, and only the widths below shorten the count of frames; the
   // length of what hosts make of such files rests on it. Where a file then ends too early, silence follows.
   const bool wide = rule == WidthRule::widthOfInput;
   const std::uint32_t bits = header.bitsPerSample;
   const std::uint32_t channels = header.channels == 2 ? 2 : 1;
-  std::uint32_t frames = header.dataSize / channels;
+  std::uint32_t frames = dataBytes / channels;
   if (wide && bits > 8) frames /= bits / 8;
   if (!wide && bits == 16) frames /= 2;
   if (frames > kLargest) return std::nullopt;
@@ -116,11 +115,12 @@ std::optional<OutputFormat> chooseFormat(const InputFormat& input, WidthRule rul
 
 std::int32_t convertFile(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                          std::int32_t outChannels, const char* outPath, WidthRule rule) {
-  if (inPath == nullptr || outPath == nullptr) return -1;
-  OwnedFile input(std::fopen(inPath, "rb"));
-  if (!input || isSameFile(input.get(), outPath)) return -1;
+  if (outPath == nullptr) return -1;
+  OwnedFile input(inPath == nullptr ? nullptr : std::fopen(inPath, "rb"));
+  if (input && isSameFile(input.get(), outPath)) return -1;
+  // Kept: the output is created, and emptied, even where there is no input.
   OwnedFile output(std::fopen(outPath, "wb"));
-  if (!output) return -1;
+  if (!input || !output) return -1;
 
   const std::optional<InputFormat> from = readFormat(input.get(), rule);
   if (!from) return -1;

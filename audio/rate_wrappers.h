@@ -59,10 +59,10 @@ SPEECH_API std::int32_t RATEAPI_PCM2WAV(const std::int16_t* input, std::int32_t*
 /// @param outBits      8 or 16
 /// @param outChannels  1 (of a stereo input the left channel) or 2; more count as 2
 /// @param outPath      the file to write
-/// @return 1; -1 when the input cannot be read, is not PCM, announces more samples than the file holds,
-///   or has a rate that the converter cannot take; for other widths, less than one channel, and an output
-///   that cannot be written or is the input file itself. What was at `outPath` is lost then, save in that
-///   last case.
+/// @return 1; -1 when the input cannot be read, is not PCM, or has a rate that the converter cannot take; for
+///   other widths, less than one channel, and an output that cannot be written or is the input file itself.
+///   What was at `outPath` is lost then, even where there is no input, save in that last case. Where the
+///   header announces more samples than the file holds, those that are there are converted.
 SPEECH_API std::int32_t RATEAPI_WAV2WAV(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                                         std::int32_t outChannels, const char* outPath);
 

@@ -17,7 +17,7 @@ constexpr std::uint16_t kTagPcm = 1;
 
 /// What the format code decides. Sizes that count per channel say so.
 struct FormatRow {
-  std::uint16_t code;
+  std::uint32_t code;
   std::uint16_t tag;
   std::uint16_t bitsPerSample;
   std::uint16_t blockAlignPerChannel;
@@ -50,8 +50,7 @@ constexpr WFCoefficientPair kMsAdpcmCoefficients[kWFCoefficientPairs] = {
     {256, 0}, {512, -256}, {0, 0}, {192, 64}, {240, 0}, {460, -208}, {392, -232}};
 
 const FormatRow& findFormat(std::uint32_t formatCode) {
-  const auto code = static_cast<std::uint16_t>(formatCode);
-  const auto* row = std::ranges::find(kFormats, code, &FormatRow::code);
+  const auto* row = std::ranges::find(kFormats, formatCode, &FormatRow::code);
   return row == std::end(kFormats) ? kUnknownFormat : *row;
 }
 

@@ -67,7 +67,7 @@ extern "C" {
 /// Fills every field of a header for a file without samples.
 /// @param header         to be filled
 /// @param samplesPerSec  rate in hertz
-/// @param formatCode     WaveFormatCode; only the low 16 bits count
+/// @param formatCode     WaveFormatCode
 /// @param channels       only the low 16 bits count
 /// @return 1
 SPEECH_API std::int32_t LXUTIL_Initialize_WFHeader(WFHeader* header, std::int32_t samplesPerSec,

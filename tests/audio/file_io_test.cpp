@@ -26,11 +26,13 @@ class PretendBigEndian {
 };
 
 TEST(ByteOrder, IsSettledAsLittleEndianByTheFirstSwap) {
-  hostBigEndianFlag = -1;
-  std::uint16_t value = 0x0102;
-  EXPECT_EQ(swapdata(&value, &value, 2, 1), 1);
-  EXPECT_EQ(hostBigEndianFlag, 0);
-  EXPECT_EQ(value, 0x0102);
+  for (auto* const swap : {swapdata, swapdata_forced}) {
+    for (const std::int32_t elementSize : {1, 2, 9}) {
+      hostBigEndianFlag = -1;
+      EXPECT_EQ(swap(nullptr, nullptr, elementSize, 1), 1);
+      EXPECT_EQ(hostBigEndianFlag, 0) << elementSize;
+    }
+  }
   hostBigEndianFlag = 1;
   set_endian_info();
   EXPECT_EQ(hostBigEndianFlag, 0);

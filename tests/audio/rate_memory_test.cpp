@@ -190,10 +190,10 @@ TEST(InPlace, GivesWhatSeparateArraysGive) {
 }
 
 TEST(InPlaceConversionLimits, NeedNoMemoryForWhatTheConverterRefuses) {
-  EXPECT_FALSE(InPlaceConversion::prepare(40000, {1, 48000}));
   EXPECT_FALSE(InPlaceConversion::prepare(std::numeric_limits<std::int32_t>::max(), {8000, 16000}));
   EXPECT_FALSE(InPlaceConversion::prepare(100, {0, 16000}));
   EXPECT_FALSE(InPlaceConversion::prepare(100, {8000, -1}));
+  EXPECT_TRUE(InPlaceConversion::prepare(100, {-1, -1}));
 }
 
 }  // namespace

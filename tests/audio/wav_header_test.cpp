@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FormatCase{kWaveFormatSamples32, 0, 32, 0, 0, emptyExtension(), 2000, 58},
                     FormatCase{kWaveFormatUnknown, 0, 16, 0, 0, emptyExtension(), 2000, 58},
                     FormatCase{3, 0, 16, 0, 0, emptyExtension(), 2000, 58},
-                    FormatCase{0x10006, 6, 8, 2, 32000, emptyExtension(), 1000, 58}),
+                    FormatCase{0x10006, 0, 16, 0, 0, emptyExtension(), 2000, 58}),
     [](const auto& test) { return "Code" + std::to_string(test.param.code); });
 
 TEST(WavHeader, AddsUpTheSizesOfItsWrites) {
