@@ -34,15 +34,15 @@ void WavePlayer::watch() {
   constexpr DWORD kAsked = WAIT_OBJECT_0 + 1;
   for (;;) {
     const DWORD event = WaitForMultipleObjects(2, events, FALSE, INFINITE);
+    if (quit_ || (event != kStopped && event != kAsked)) return;
     if (event == kStopped) reportEnd();
     if (event == kAsked) SetEvent(answerEvent_.get());
-    if (quit_ || (event != kStopped && event != kAsked)) return;
   }
 }
 
 void WavePlayer::reportEnd() {
   const std::scoped_lock lock(endMutex_);
-  if (noticeMessage_ == 0 || !endDue_ || g_endNoticeHeld) return;
+  if (!endDue_ || g_endNoticeHeld) return;
   endDue_ = false;
   reader_.close();  // the buffer has its own copy
   PostMessageW(noticeWindow_, noticeMessage_, kNoticePlaybackEnded, kDetailPlaybackEnded);
@@ -57,9 +57,9 @@ void WavePlayer::letWatcherCatchUp() {
 }
 
 void WavePlayer::close() {
+  quit_ = true;  // before the stop, whose signal must not count as an end
   if (buffer_) static_cast<void>(buffer_->Stop());
   if (initialised_) {
-    quit_ = true;
     SetEvent(stopEvent_.get());
     WaitForSingleObject(thread_.get(), kPatienceMilliseconds);
     initialised_ = false;

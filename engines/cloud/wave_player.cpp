@@ -36,10 +36,8 @@ int WavePlayer::openDevice() {
 bool WavePlayer::playFile(const wchar_t* path) {
   {
     const std::scoped_lock lock(endMutex_);
-    noticeMessage_ = 0;
+    endDue_ = false;  // from here on the reader is this thread's
   }
-  // The watcher may be at the end of the utterance before; from here on the reader is this thread's.
-  letWatcherCatchUp();
   if (!load(path)) return false;
   if (FAILED(createBuffer()) || FAILED(armStopNotification())) return false;
   letWatcherCatchUp();  // nothing that the buffer before has signalled may count for this one
@@ -144,8 +142,8 @@ void WavePlayer::resume() {
   DWORD cursor = 0;
   if (!buffer_ || FAILED(buffer_->GetCurrentPosition(&cursor, nullptr)) || cursor == 0) return;
   letWatcherCatchUp();  // the pause's own signal must not end the utterance once the notice is free
-  g_endNoticeHeld = false;
-  if (FAILED(buffer_->Play(0, 0, 0))) g_endNoticeHeld = true;
+  const bool wasHeld = g_endNoticeHeld.exchange(false);
+  if (FAILED(buffer_->Play(0, 0, 0))) g_endNoticeHeld = wasHeld;
 }
 
 }  // namespace speech

@@ -8,7 +8,8 @@
 //   if (player.playFile(path)) ...  // the start notice is posted, the end notice follows
 //
 // Every operation belongs to the host's thread. A watcher thread waits for the device's stop signal and posts
-// the end notice, exactly once for every utterance that was started and not replaced by the next one.
+// the end notice: once for every utterance that played to its end or was stopped, never for one that the next
+// one replaced or that was still playing when the player closed.
 //
 // The utterance lies whole in one static sound buffer, so nothing has to be refilled while it plays.
 
@@ -60,7 +61,7 @@ class WavePlayer {
   /// Plays on from there. Does nothing when not a sample has been played yet, or none is left.
   void resume();
 
-  /// Silences the utterance, ends the watcher thread and releases the device.
+  /// Silences the utterance without an end notice, ends the watcher thread and releases the device.
   void close();
 
  private:
@@ -80,7 +81,7 @@ class WavePlayer {
   ComPtr<IDirectSound8> device_;
   ComPtr<IDirectSoundBuffer8> buffer_;
 
-  // The host thread's while noticeMessage_ is 0, else the watcher's.
+  // The host thread's while endDue_ is false, else the watcher's.
   CDecoder reader_;
 
   UniqueHandle thread_;
@@ -93,10 +94,9 @@ class WavePlayer {
 
   // Shared by both threads under endMutex_.
   std::mutex endMutex_;
-  /// Whether the utterance has been started and its end not been reported.
+  /// Whether an utterance has started whose end is still to be posted, to where its start went.
   bool endDue_ = false;
   HWND noticeWindow_ = nullptr;
-  /// 0 while a file is being opened, and when that failed.
   UINT noticeMessage_ = 0;
 };
 

@@ -43,7 +43,8 @@ class SPEECH_API ITextToSpeech {
   /// @return false when there is none, or when either fails
   static bool reloadEngine();
 
-  /// Sends the notices to another window from now on, under the same message number.
+  /// Sends the notices to another window from now on, under the same message number. The end of a playback
+  /// that has begun still goes to the window it began with.
   /// @param window  receives the notices; null ends them
   static void setEventHandle(HWND window);
 

@@ -8,22 +8,24 @@
 #include <array>
 #include <cstddef>
 #include <ostream>
+#include <set>
 
 #include "tests/support/handle_count.h"
 #include "win32/unique_handle.h"
 
 namespace speech::test {
 
-inline std::size_t threadCount() {
+/// The threads of this process.
+inline std::set<DWORD> threadIds() {
   const UniqueHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0));
   THREADENTRY32 thread = {};
   thread.dwSize = sizeof thread;
-  std::size_t count = 0;
+  std::set<DWORD> ids;
   for (BOOL more = Thread32First(snapshot.get(), &thread); more;
        more = Thread32Next(snapshot.get(), &thread)) {
-    count += thread.th32OwnerProcessID == GetCurrentProcessId();
+    if (thread.th32OwnerProcessID == GetCurrentProcessId()) ids.insert(thread.th32ThreadID);
   }
-  return count;
+  return ids;
 }
 
 /// The bytes in use on all heaps of this process.
@@ -54,7 +56,7 @@ struct ProcessFigures {
   static ProcessFigures now() {
     PROCESS_MEMORY_COUNTERS memory = {};
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
-    return {static_cast<std::size_t>(openHandleCount()), threadCount(), busyHeapBytes(),
+    return {static_cast<std::size_t>(openHandleCount()), threadIds().size(), busyHeapBytes(),
             memory.PagefileUsage};
   }
 };
