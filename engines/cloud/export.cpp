@@ -25,6 +25,9 @@ constexpr int kDone = 1;
 constexpr int kFailed = 0;
 constexpr int kNotConvertible = -1;
 
+/// What convertWavFile answers when it has converted.
+constexpr int kConverted = 1;
+
 constexpr int kGsmRateHz = 8000;
 
 bool isThere(const wchar_t* path) { return _waccess_s(path, 0) == 0; }
@@ -55,7 +58,7 @@ int Skyvo::writePcm(const wchar_t* text, bool useSsml, const wchar_t* outputPath
   if (!fetch(text, useSsml, fetched)) return kFailed;
   if (productRateHz == targetRateHz) return stripWavHeader(fetched, outputPath) ? kDone : kFailed;
   const CStringW converted = makeTempPath(L".wav");
-  convertWavFile(fetched, targetRateHz, 16, 1, converted);
+  if (convertWavFile(fetched, targetRateHz, 16, 1, converted) != kConverted) return kFailed;
   return stripWavHeader(converted, outputPath) ? kDone : kFailed;
 }
 
@@ -65,8 +68,7 @@ int Skyvo::writeWav(const wchar_t* text, bool useSsml, const wchar_t* outputPath
   if (productRateHz == targetRateHz) return fetch(text, useSsml, outputPath) ? kDone : kFailed;
   const CStringW fetched = makeTempPath(L".wav");
   if (!fetch(text, useSsml, fetched)) return kFailed;
-  convertWavFile(fetched, targetRateHz, 16, 1, outputPath);
-  return isThere(outputPath) ? kDone : kFailed;
+  return convertWavFile(fetched, targetRateHz, 16, 1, outputPath) == kConverted ? kDone : kFailed;
 }
 
 template <class MakeLine>

@@ -1,61 +1,83 @@
-// Speech into files, through a service on a real socket and the real SoX: where the cloud engine has ways of
-// its own. What both engines do alike is in the conformance tests.
+// Speech into files, through a service on a real socket: where the cloud engine has ways of its own. What
+// both engines do alike, the real SoX included, is in the conformance tests.
 
-#include <cstring>
 #include <ctime>
+#include <sstream>
 
 #include "tests/engines/cloud/cloud_engine_test.h"
 #include "tests/engines/cloud/faulty_service.h"
+#include "tests/support/scoped_environment.h"
 #include "win32/paths.h"
 
 namespace speech {
 namespace {
 
 using testing::Each;
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr int kAt8000 = 0, kAt16000 = 1, kAt22050 = 2;
 
+std::string quoted(const std::filesystem::path& path) { return '"' + path.string() + '"'; }
+
 class CloudExport : public test::CloudEngineTest {
  protected:
   CloudExport() {
-    engine_.setToolFolder(std::filesystem::path(SPEECH_SOX_FOLDER "/").make_preferred().c_str());
+    std::filesystem::create_directory(tools_);
+    std::filesystem::copy_file(moduleFolder(nullptr) + L"sox.exe", tools_ / L"sox.exe");
+    engine_.setToolFolder((tools_.wstring() + L"\\").c_str());
   }
 
-  int save(int format, int rateIndex, const std::string& reply = "speech:200") {
+  int save(int format, int rateIndex, const std::string& reply = "speech:200", bool isSsml = false) {
     service_.answerNext(reply);
-    return engine_.textToFile(L"text", output().c_str(), format, false, rateIndex, true);
+    return engine_.textToFile(L"<text>", output().c_str(), format, isSsml, rateIndex, true);
   }
 
-  int exportRaw(int format, const std::string& samples) {
+  int exportRaw(int format, const std::string& samples, int rateIndex = kAt16000) {
     test::writeFile(source_, samples);
     destination_ = (temporary_ / L"export").c_str();
     return engine_.exportAudio(source_.c_str(), destination_, format, static_cast<int>(samples.size()),
-                               kAt16000);
+                               rateIndex);
   }
 
-  /// Whether today's log says that the file was exported.
-  static bool isLogged(const std::filesystem::path& path) {
+  /// SoX's parameters at each call, as they stood on its command line.
+  std::vector<std::string> soxCalls() const {
+    std::vector<std::string> calls;
+    std::istringstream lines(test::readFile(tools_ / L"calls"));
+    for (std::string line; std::getline(lines, line);)
+      calls.push_back(line.substr(line.find("sox.exe\" ") + 9));
+    return calls;
+  }
+
+  /// The files of this test that today's log says were exported.
+  std::vector<std::string> loggedFiles() const {
     const std::time_t now = std::time(nullptr);
     char name[32];
     std::strftime(name, sizeof name, "%Y-%m-%d.log", std::localtime(&now));
-    const auto log = std::filesystem::path(documentsFolder().value()) / L"Narravo" / L"log" / name;
-    const std::string line =
-        "|Speaker : Vox,  Export File Path : " + toThreadCodePage(path.wstring()) + "  \n";
-    return test::readFile(log).find(line) != std::string::npos;
+    std::istringstream log(
+        test::readFile(std::filesystem::path(documentsFolder().value()) / L"Narravo" / L"log" / name));
+    const std::string beginning = "|Speaker : Vox,  Export File Path : " + (temporary_.path() / "").string();
+    std::vector<std::string> files;
+    for (std::string line; std::getline(log, line);) {
+      const std::size_t at = line.find(beginning);
+      if (at != std::string::npos) files.push_back(line.substr(at + beginning.size()));
+    }
+    return files;
   }
 
   test::FaultyService service_;
   Skyvo engine_{&voice_, service_.url()};
   const int requestsBefore_ = service_.requestCount();
+  const std::filesystem::path tools_ = temporary_ / L"tools";
+  test::ScopedEnvironment soxLog_{L"FAKE_SOX_LOG", (tools_ / L"calls").wstring()};
   std::filesystem::path source_ = temporary_ / L"raw";
   CStringW destination_;
 };
 
 TEST_F(CloudExport, HoldsTheReplyOrItsSamplesAndLeavesTheTemporaryFiles) {
   EXPECT_EQ(save(5, kAt22050), 1);
-  EXPECT_TRUE(isLogged(output()));
+  EXPECT_THAT(loggedFiles(), ElementsAre("output.wav  "));
   EXPECT_THAT(temporaryFiles(L".wav"), IsEmpty());
   const std::string reply = test::readFile(output());
   EXPECT_EQ(reply.size(), 44u + 4410 * 2);
@@ -75,17 +97,28 @@ TEST_F(CloudExport, HoldsTheReplyOrItsSamplesAndLeavesTheTemporaryFiles) {
   EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(1 + 2 * 3));
 }
 
-TEST_F(CloudExport, GoesThroughSoxFromAFileThatStays) {
-  for (const auto& [format, name, beginning] :
-       {std::tuple{2, L"out put.ogg", "OggS"}, {3, L"out put.gsm", "\xD2"}, {4, L"out put.mp3", "\xFF"}}) {
-    service_.answerNext("speech:200");
-    EXPECT_EQ(engine_.textToFile(L"text", (temporary_ / name).c_str(), format, false, kAt16000, true), 1);
-    const std::string file = test::readFile(temporary_ / name);
-    EXPECT_EQ(file.substr(0, std::strlen(beginning)), beginning);
-    EXPECT_EQ(format == 3 ? file.size() % 33 : 0, 0u) << "whole GSM frames";
-    EXPECT_TRUE(isLogged(temporary_ / name));
+TEST_F(CloudExport, SendsTheTextAsWhatItIsForEveryFormatAndRate) {
+  for (const int format : {0, 1, 2, 3, 4, 5, 10}) {
+    for (const int rateIndex : {kAt16000, kAt22050}) {
+      EXPECT_EQ(save(format, rateIndex, "speech:20", false), 1) << format;
+      EXPECT_EQ(service_.lastField("text"), "<text>") << format;
+      EXPECT_EQ(save(format, rateIndex, "speech:20", true), 1) << format;
+      EXPECT_EQ(service_.lastField("ssml"), "<text>") << format;
+    }
   }
-  EXPECT_THAT(temporaryFiles(L".wav"), SizeIs(3));
+}
+
+TEST_F(CloudExport, GoesThroughSoxFromAFileThatStays) {
+  const std::string output = quoted(this->output());
+  for (const auto& [format, options] : {std::pair{2, " -r 16000 "}, {3, " -r 8000 "}, {4, " -C 320 "}}) {
+    EXPECT_EQ(save(format, kAt16000), 1);
+    const auto fetched = temporaryFiles(L".wav");
+    ASSERT_THAT(fetched, SizeIs(1));
+    EXPECT_EQ(test::readFile(fetched[0]).size(), 44u + 4410 * 2);
+    EXPECT_EQ(soxCalls().back(), quoted(fetched[0]) + options + output);
+    std::filesystem::remove(fetched[0]);
+  }
+  EXPECT_THAT(loggedFiles(), SizeIs(3));
 }
 
 TEST_F(CloudExport, SoundAt8000HzIsNotConverted) {
@@ -93,7 +126,7 @@ TEST_F(CloudExport, SoundAt8000HzIsNotConverted) {
   for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000), -1) << format;
   EXPECT_EQ(service_.requestCount(), requestsBefore_);
   EXPECT_FALSE(std::filesystem::exists(output()));
-  EXPECT_FALSE(isLogged(output()));
+  EXPECT_THAT(loggedFiles(), IsEmpty());
   EXPECT_EQ(save(5, kAt8000, "speech:100:8000"), 1);
   EXPECT_EQ(save(2, kAt16000, "speech:100:8000"), 1);
 }
@@ -102,15 +135,16 @@ TEST_F(CloudExport, FormatsThatTheServiceDoesNotHaveCountAsDoneAndAreLogged) {
   for (const int format : {6, 7, 8, 9, 11, 13, 14, -1, 1000}) EXPECT_EQ(save(format, kAt16000), 1) << format;
   EXPECT_EQ(service_.requestCount(), requestsBefore_);
   EXPECT_FALSE(std::filesystem::exists(output()));
-  EXPECT_TRUE(isLogged(output()));
+  EXPECT_THAT(loggedFiles(), SizeIs(9));
 }
 
-TEST_F(CloudExport, AFailedRequestOrAFileThatCannotBeWrittenFails) {
+TEST_F(CloudExport, FailsWithoutAReplyThatCanBeConvertedAndWritten) {
   for (const int format : {0, 5, 2}) EXPECT_EQ(save(format, kAt22050, "error:500:no"), 0) << format;
   EXPECT_EQ(save(5, kAt16000, "error:500:no"), 0);
   EXPECT_THAT(host_.copiedTexts(), testing::AllOf(SizeIs(4), Each("no\n")));
   EXPECT_THAT(host_.takeNotices(), testing::AllOf(SizeIs(4), Each(kFailure)));
-  EXPECT_FALSE(isLogged(output()));
+  for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000, "not-a-wav"), 0) << format;
+  EXPECT_THAT(loggedFiles(), IsEmpty());
   for (const int format : {0, 5}) {
     service_.answerNext("speech");
     const auto nowhere = temporary_ / L"none" / L"out";
@@ -119,37 +153,45 @@ TEST_F(CloudExport, AFailedRequestOrAFileThatCannotBeWrittenFails) {
   }
 }
 
-TEST_F(CloudExport, SendsSsmlAndLogsNothingUnlessAsked) {
-  EXPECT_EQ(engine_.textToFile(L"<speak/>", output().c_str(), 5, true, kAt22050, false), 1);
-  EXPECT_EQ(service_.lastField("ssml"), "<speak/>");
-  EXPECT_FALSE(isLogged(output()));
+TEST_F(CloudExport, LogsNothingUnlessAsked) {
+  EXPECT_EQ(engine_.textToFile(L"text", output().c_str(), 5, false, kAt22050, false), 1);
+  EXPECT_THAT(loggedFiles(), IsEmpty());
 }
 
 TEST_F(CloudExport, OfRawSamplesKeepsTheSourceAndWritesEveryBlock) {
+  test::writeFile(temporary_ / L"export.pcm", "an older file");
   EXPECT_EQ(exportRaw(0, "samples"), 0);
-  EXPECT_TRUE(isLogged(temporary_ / L"export.pcm"));
+  EXPECT_EQ(test::readFile(temporary_ / L"export.pcm"), "samples");
   for (const std::size_t size : {65'536, 131'070, 200'001}) {
     std::string samples(size, '\0');
     for (std::size_t i = 0; i < size; ++i) samples[i] = static_cast<char>(i * 7 % 251 + 1);
-    EXPECT_EQ(exportRaw(5, samples), 0);
-    EXPECT_TRUE(test::readFile(temporary_ / L"export.wav").substr(44) == samples) << size;
+    EXPECT_EQ(exportRaw(5, samples, kAt22050), 0);
+    const std::string wav = test::readFile(temporary_ / L"export.wav");
+    EXPECT_EQ(wav.substr(24, 4), std::string("\x22\x56\0\0", 4));
+    EXPECT_TRUE(wav.substr(44) == samples) << size;
   }
+  EXPECT_THAT(loggedFiles(), ElementsAre("export.pcm  ", "export.wav  ", "export.wav  ", "export.wav  "));
   for (const int format : {1, 6, -1}) {
     EXPECT_EQ(exportRaw(format, "samples"), 0) << format;
     EXPECT_EQ(destination_, (temporary_ / L"export").c_str());
   }
+  EXPECT_THAT(loggedFiles(), SizeIs(4));
   EXPECT_TRUE(std::filesystem::exists(source_));
 }
 
 TEST_F(CloudExport, OfRawSamplesFindsSoxBesideTheProgram) {
   engine_.setToolFolder(L"Z:\\nowhere\\");
-  for (const auto& [format, extension] : {std::pair{2, L".ogg"}, {3, L".gsm"}, {4, L".mp3"}}) {
-    EXPECT_EQ(exportRaw(format, std::string(32'000, 's')), 0);
-    EXPECT_EQ(destination_, (temporary_ / L"export").c_str());
-    const auto made = (temporary_ / L"export") += extension;
-    EXPECT_GT(test::readFile(made).size(), 500u) << format;
-    EXPECT_TRUE(isLogged(made));
-  }
+  EXPECT_EQ(exportRaw(2, "samples", kAt16000), 0);
+  EXPECT_EQ(exportRaw(3, "samples", kAt22050), 0);
+  EXPECT_EQ(exportRaw(4, "samples", 9), 0);
+  EXPECT_EQ(destination_, (temporary_ / L"export").c_str());
+  const auto line = [this](const char* rateHz, const wchar_t* name) {
+    return std::string("-t raw -r ") + rateHz + " -e signed -b 16 -c 1 " + source_.string() + ' ' +
+           quoted(temporary_ / name);
+  };
+  EXPECT_THAT(soxCalls(), ElementsAre(line("16000", L"export.ogg"), line("22050", L"export.gsm"),
+                                      line("-1", L"export.mp3")));
+  EXPECT_THAT(loggedFiles(), ElementsAre("export.ogg  ", "export.gsm  ", "export.mp3  "));
 }
 
 }  // namespace
