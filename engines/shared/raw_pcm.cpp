@@ -9,12 +9,13 @@ namespace {
 
 constexpr int kBlockSize = 65'535;
 
-std::vector<char> readWhole(std::FILE* file) {
-  std::vector<char> content;
-  char block[65'536];
-  while (const std::size_t count = std::fread(block, 1, sizeof block, file)) {
-    content.insert(content.end(), block, block + count);
-  }
+/// What stands in a file behind its first `offset` bytes.
+std::vector<char> readBehind(std::FILE* file, long offset) {
+  std::fseek(file, 0, SEEK_END);
+  const long end = std::ftell(file);
+  if (end <= offset || std::fseek(file, offset, SEEK_SET) != 0) return {};
+  std::vector<char> content(static_cast<std::size_t>(end - offset));
+  content.resize(std::fread(content.data(), 1, content.size(), file));
   return content;
 }
 
@@ -37,17 +38,15 @@ void appendSamples(std::FILE* source, std::FILE* destination, int byteCount, Las
 }
 
 bool stripWavHeader(const wchar_t* wavPath, const wchar_t* rawPath) {
-  std::vector<char> content;
+  std::vector<char> samples;
   {
     const File wav = openFile(wavPath, L"rb");
     if (!wav) return false;
-    content = readWhole(wav.get());
+    samples = readBehind(wav.get(), kWavHeaderSize);
   }
   const File raw = openFile(rawPath, L"wb");
   if (!raw) return false;
-  if (content.size() > kWavHeaderSize) {
-    std::fwrite(content.data() + kWavHeaderSize, 1, content.size() - kWavHeaderSize, raw.get());
-  }
+  std::fwrite(samples.data(), 1, samples.size(), raw.get());
   return true;
 }
 

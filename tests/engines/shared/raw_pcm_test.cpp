@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
+#include <psapi.h>
+
 #include <string>
 
 #include "base/file.h"
@@ -25,6 +29,13 @@ class RawPcm : public ::testing::Test {
       appendSamples(in.get(), out.get(), byteCount, lastFullBlock);
     }
     return readFile(folder_ / "out");
+  }
+
+  /// The most memory that this process has ever used.
+  static std::size_t peakMemory() {
+    PROCESS_MEMORY_COUNTERS memory = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    return memory.PeakWorkingSetSize;
   }
 
   test::TemporaryFolder folder_;
@@ -56,6 +67,16 @@ TEST_F(RawPcm, StrippingTakesTheFirst44Bytes) {
 
   EXPECT_FALSE(stripWavHeader((folder_ / "missing").c_str(), path.c_str()));
   EXPECT_FALSE(stripWavHeader(path.c_str(), folder_.path().c_str()));
+}
+
+TEST_F(RawPcm, StrippingHoldsTheSamplesOnceInMemory) {
+  constexpr std::size_t kSize = 34'000'000;  // just beyond where a doubling buffer grows
+  const auto path = folder_ / "x.wav";
+  writeFile(path, "");
+  std::filesystem::resize_file(path, 44 + kSize);
+  const std::size_t before = peakMemory();
+  EXPECT_TRUE(stripWavHeader(path.c_str(), (folder_ / "out").c_str()));
+  EXPECT_LT(peakMemory() - before, kSize * 3 / 2);
 }
 
 }  // namespace
