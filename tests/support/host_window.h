@@ -56,7 +56,7 @@ class HostWindow {
     return first;
   }
 
-  /// The narrow texts of the WM_COPYDATA messages so far.
+  /// The narrow texts of the WM_COPYDATA messages so far, whose wParam and dwData have to be 0.
   const std::vector<std::string>& copiedTexts() const { return copiedTexts_; }
 
  private:
@@ -103,6 +103,7 @@ class HostWindow {
       case WM_COPYDATA: {
         const auto* const copied = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
         self->copiedTexts_.emplace_back(static_cast<const char*>(copied->lpData), copied->cbData);
+        if (wParam != 0 || copied->dwData != 0) self->copiedTexts_.back() += " with numbers that are not 0";
         return TRUE;
       }
       default:

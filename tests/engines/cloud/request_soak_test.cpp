@@ -15,7 +15,7 @@ using test::ProcessFigures;
 // The service answers as a voice's name asks it to.
 constexpr const char* kReplies[] = {
     "speech",
-    "parameters",
+    "content-type:audio/wave",
     "chunked",
     "until-close",
     "stutter:4000:1",
@@ -25,8 +25,8 @@ constexpr const char* kReplies[] = {
     "long-line:5000",
     "error:500:out of order",
     "empty",
-    "mpeg",
-    "no-type",
+    "content-type:audio/mpeg",
+    "content-type:",
     "cut:1000",
     "chunked:cut",
     "cut-header",

@@ -35,9 +35,10 @@ TEST_F(RequestTest, ThatFailsSendsTheErrorsTextAndPostsTheFailureNotice) {
            {"error:500:the synthesizer failed", "the synthesizer failed\n"},
            {"empty-text", ""},
            // A sound's first line ends at its first zero byte.
-           {"mpeg", "RIFF4+"},
-           {"wrong-type", "RIFF4+"},
-           {"no-type", "RIFF4+"},
+           {"content-type:audio/mpeg", "RIFF4+"},
+           {"content-type:audio/WAV", "RIFF4+"},
+           {"content-type:audio/x-wav", "RIFF4+"},
+           {"content-type:", "RIFF4+"},
            {"redirect:error:404:nothing there", "nothing there\n"},
            {"close", "Empty reply from server"},
            {"cut:1000", "transfer closed with 10068 bytes remaining to read"},
@@ -70,12 +71,13 @@ TEST_F(RequestTest, WritesAGoodReplyToTheFileWithoutAnyNotice) {
   ASSERT_THAT(sound, StartsWith("RIFF"));
   const int before = service_.requestCount();
   for (const char* const reply :
-       {"parameters", "delay:300", "stutter:500:2", "chunked", "until-close", "redirect", "redirect-post"}) {
+       {"content-type:audio/wav; rate=22050", "content-type:audio/wave", "delay:300", "stutter:500:2",
+        "chunked", "until-close", "redirect", "redirect-post"}) {
     EXPECT_TRUE(request(reply)) << reply;
     EXPECT_EQ(test::readFile(output()), sound) << reply;
     EXPECT_EQ(service_.lastField("text"), "text") << reply;
   }
-  EXPECT_EQ(service_.requestCount(), before + 7);
+  EXPECT_EQ(service_.requestCount(), before + 8);
   EXPECT_TRUE(request("empty"));
   EXPECT_EQ(test::readFile(output()), "");
   EXPECT_TRUE(request("not-a-wav"));
@@ -130,6 +132,16 @@ TEST_F(RequestTest, LeavesOneHeaderFileOfItsOwnBehind) {
   const auto files = temporaryFiles(L".txt");
   ASSERT_EQ(files.size(), 2u);
   for (const auto& file : files) EXPECT_THAT(test::readFile(file), StartsWith("HTTP/1.1 "));
+}
+
+TEST_F(RequestTest, FailsWithoutATextWhereTheOutputCannotBeOpenedAndLeavesTheHeaderFileOpen) {
+  EXPECT_FALSE(engine_.requestSpeech(L"text", false, (temporary_ / L"none" / L"out.wav").c_str()));
+  EXPECT_THAT(host_.copiedTexts(), IsEmpty());
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kFailure));
+  ASSERT_EQ(temporaryFiles(L".txt").size(), 1u);
+  EXPECT_FALSE(DeleteFileW(temporaryFiles(L".txt")[0].c_str()));
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+  EXPECT_EQ(_fcloseall(), 1);
 }
 
 TEST_F(RequestTest, PostsNothingToAWindowThatIsNotThere) {

@@ -8,6 +8,8 @@
 #include "tests/engines/cloud/faulty_service.h"
 #include "tests/engines/cloud/wav_bytes.h"
 #include "tests/support/recording_engine.h"
+#include "tests/support/scoped_environment.h"
+#include "win32/paths.h"
 
 namespace speech {
 namespace {
@@ -242,7 +244,16 @@ TEST_P(Conformance, ConvertsARate) {
   EXPECT_EQ(engine().convertWavRate((temporary_ / L"none.wav").c_str(), 16000, 16, 1, output().c_str()), -1);
 }
 
-TEST_P(Conformance, ADictionaryEditorThatIsNotThereIsNotStarted) {
+TEST_P(Conformance, TheDictionaryEditorGetsTheFileInQuotesAndTheRestAsItStands) {
+  const test::ScopedEnvironment log(L"FAKE_SOX_LOG", (temporary_ / L"calls").wstring());
+  const test::ScopedEnvironment mode(L"FAKE_SOX_MODE", L"fail");
+  subject_->product().setUserDictEditorPath((moduleFolder(nullptr) + L"fake_sox.exe").c_str());
+  subject_->product().setUserDictPath3(L"C:\\my words.csv");
+  EXPECT_TRUE(engine().runUserDictEditor(L"", L" /edit now"));
+  EXPECT_TRUE(engine().runUserDictEditor(L"D:\\other.csv", nullptr));
+  EXPECT_THAT(test::readFile(temporary_ / L"calls"),
+              testing::AllOf(testing::HasSubstr(" \"C:\\my words.csv\" /edit now\n"),
+                             testing::EndsWith(" \"D:\\other.csv\"\n")));
   subject_->product().setUserDictEditorPath((temporary_ / L"none.exe").c_str());
   EXPECT_FALSE(engine().runUserDictEditor(L"words.csv", L" /edit"));
   EXPECT_FALSE(engine().runUserDictEditor(nullptr, nullptr));
