@@ -45,7 +45,7 @@ void WavePlayer::reportEnd() {
   if (!endDue_ || g_endNoticeHeld) return;
   endDue_ = false;
   reader_.close();  // the buffer has its own copy
-  PostMessageW(noticeWindow_, noticeMessage_, kNoticePlaybackEnded, kDetailPlaybackEnded);
+  postNotice(noticeWindow_, noticeMessage_, kNoticePlaybackEnded, kDetailPlaybackEnded);
 }
 
 // Returns once the watcher has dealt with every stop that was signalled before.

@@ -116,7 +116,7 @@ bool WavePlayer::start() {
   noticeWindow_ = g_hostWindow;
   noticeMessage_ = g_noticeMessage;
   endDue_ = true;
-  PostMessageW(noticeWindow_, noticeMessage_, kNoticePlaybackStarted, kDetailPlaybackStarted);
+  postNotice(noticeWindow_, noticeMessage_, kNoticePlaybackStarted, kDetailPlaybackStarted);
   return true;
 }
 

@@ -13,9 +13,14 @@ constinit std::atomic<std::uint32_t> g_eventTtsHandle = 0;
 constinit std::atomic<bool> g_eventForwarding = false;
 constinit std::atomic<bool> g_endNoticeHeld = false;
 
+void postNotice(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  // Without a window the message would pile up in the calling thread's own queue.
+  if (window != nullptr) PostMessageW(window, message, wParam, lParam);
+}
+
 void postNotice(WPARAM wParam, LPARAM lParam) {
-  PostMessageW(g_hostWindow.load(std::memory_order_relaxed), g_noticeMessage.load(std::memory_order_relaxed),
-               wParam, lParam);
+  postNotice(g_hostWindow.load(std::memory_order_relaxed), g_noticeMessage.load(std::memory_order_relaxed),
+             wParam, lParam);
 }
 
 }  // namespace speech

@@ -39,7 +39,10 @@ extern std::atomic<bool> g_eventForwarding;
 /// While it is true, as it is while the cloud engine is paused, its player posts no end notice.
 extern std::atomic<bool> g_endNoticeHeld;
 
-/// Posts a notice to the host window, from any thread.
+/// Posts a notice, from any thread; without a window it is dropped.
+void postNotice(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+/// Posts a notice to the host window of the moment, from any thread.
 void postNotice(WPARAM wParam, LPARAM lParam);
 
 }  // namespace speech

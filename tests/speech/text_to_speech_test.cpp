@@ -135,9 +135,16 @@ TEST_F(FacadeTest, ReloadingNeedsAnInstanceAndStopsAtAFailedUnload) {
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_UnloadEngine(101)"));
 }
 
-TEST_F(FacadeTest, TheEventWindowCanBeChanged) {
+TEST_F(FacadeTest, TheEventWindowCanBeChangedAndWithoutOneNoticesAreDropped) {
   recording().install({.key1 = L"A"});
-  start(product(0));
+  ITextToSpeech* const engine = start(product(0));
+  ITextToSpeech::setEventHandle(nullptr);
+  recording().answer("LXAPI_Speak", -6);
+  EXPECT_FALSE(engine->speak(L"", false));
+  MSG message;
+  EXPECT_FALSE(
+      PeekMessageW(&message, nullptr, HostWindow::kNoticeMessage, HostWindow::kNoticeMessage, PM_REMOVE))
+      << "posted to this thread's own queue";
   HostWindow other;
   ITextToSpeech::setEventHandle(other.handle());
   recording().raise(1, 2);
