@@ -5,6 +5,7 @@
 
 #include "engines/cloud/skyvo.h"
 #include "engines/local/orvane_lxapi.h"
+#include "engines/shared/engine_kind.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/module_state.h"
 
@@ -14,16 +15,8 @@ namespace {
 
 /// The engine that serves a product.
 ITextToSpeech* makeEngine(LXAPIProduct* product) {
-  if (product->getEngineType().CompareNoCase(L"skyvo") == 0) return new speech::Skyvo(product);
+  if (speech::isCloudVoice(product->getEngineType())) return new speech::Skyvo(product);
   return new speech::OrvaneLXAPI(product);
-}
-
-LXAPIProductList& builtProductList() {
-  if (speech::g_productList == nullptr) {
-    speech::g_productList = new LXAPIProductList;
-    speech::g_productList->build();
-  }
-  return *speech::g_productList;
 }
 
 bool contains(const CStringArray& texts, const CStringW& wanted) {
@@ -81,16 +74,19 @@ void ITextToSpeech::setEventHandle(HWND window) {
 LXAPIProduct* ITextToSpeech::getCurrentProduct() { return speech::g_currentProduct; }
 
 LXAPIProductList* ITextToSpeech::getLXAPIProductList() {
-  guarded([] { builtProductList(); });
+  guarded([] {
+    if (speech::g_productList == nullptr) speech::g_productList = new LXAPIProductList;
+  });
   return speech::g_productList;
 }
 
 CStringArray* ITextToSpeech::getISOCodeList() {
   guarded([] {
-    LXAPIProductList& products = builtProductList();
+    LXAPIProductList* const products = getLXAPIProductList();
+    if (products == nullptr) return;
     CStringArray seen;
-    for (POSITION at = products.GetHeadPosition(); at != nullptr;) {
-      const CStringW code = products.GetNext(at)->getLanguageCode();
+    for (POSITION at = products->GetHeadPosition(); at != nullptr;) {
+      const CStringW code = products->GetNext(at)->getLanguageCode();
       if (contains(seen, code)) continue;
       // Kept: the module's list is not emptied first, so every call appends the codes once more.
       speech::g_languageCodes.Add(code);

@@ -5,6 +5,7 @@
 
 #include "base/file.h"
 #include "engines/local/orvane_lxapi.h"
+#include "engines/shared/engine_kind.h"
 #include "engines/shared/guarded.h"
 #include "lxapi/lxapi.h"
 #include "win32/text.h"
@@ -65,7 +66,7 @@ unsigned short OrvaneLXAPI::loadLexicon(const char* path, const UserReport& repo
 
 int OrvaneLXAPI::unloadUserDict(int number) {
   constexpr int kNumberOfTypeNv = 1;
-  const bool isTypeNv = guarded(false, [&] { return product->getEngineType().CompareNoCase(L"nv") == 0; });
+  const bool isTypeNv = guarded(false, [&] { return isNvEngine(product->getEngineType()); });
   return LXAPI_UnloadUserDict(engineHandle, isTypeNv ? kNumberOfTypeNv : number);
 }
 

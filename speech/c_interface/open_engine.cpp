@@ -1,5 +1,6 @@
 #include "speech/c_interface/open_engine.h"
 
+#include "engines/shared/engine_kind.h"
 #include "engines/shared/module_state.h"
 #include "speech/c_interface/session.h"
 #include "win32/paths.h"
@@ -10,7 +11,7 @@ OpenEngine::OpenEngine(SpeechEngine handle, std::int32_t voice, LXAPIProduct& pr
     : handle_(handle),
       voice_(voice),
       product_(product),
-      isCloud_(isCloudVoice(product)),
+      isCloud_(isCloudVoice(product.getEngineType())),
       listener_(listener) {}
 
 void OpenEngine::load() {

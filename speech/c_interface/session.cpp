@@ -25,8 +25,6 @@ LXAPIProduct& voiceAt(std::int32_t index) {
   return *list.GetAt(at);
 }
 
-bool isCloudVoice(const LXAPIProduct& voice) { return voice.getEngineType().CompareNoCase(L"skyvo") == 0; }
-
 std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle) {
   std::shared_ptr<OpenEngine> engine = session().engine;
   if (handle == nullptr || engine == nullptr || engine->handle() != handle)

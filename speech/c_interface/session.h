@@ -69,8 +69,6 @@ LXAPIProductList& voices();
 /// The voice of an index. Fails when there is none.
 LXAPIProduct& voiceAt(std::int32_t index);
 
-bool isCloudVoice(const LXAPIProduct& voice);
-
 /// The engine behind a handle. Fails for null and for a closed engine. An engine whose instance the C++
 /// interface has replaced or released is closed by this.
 std::shared_ptr<OpenEngine> engineOf(SpeechEngine handle);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engines/shared/engine_kind.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
@@ -55,7 +56,7 @@ std::int32_t voiceNumber(const LXAPIProduct& voice, std::int32_t which) {
     case SPEECH_VOICE_INFO9:
       return voice.getInfoNumber9();
     case SPEECH_VOICE_IS_CLOUD:
-      return isCloudVoice(voice) ? 1 : 0;
+      return isCloudVoice(voice.getEngineType()) ? 1 : 0;
     case SPEECH_VOICE_SYNTHESIS_HANDLE:
       return static_cast<std::int32_t>(voice.getSynthHandle());
     case SPEECH_VOICE_ENGINE_HANDLE:

@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -76,6 +77,7 @@ void RecordingEngine::reset() {
   audio.clear();
   eventProcedure = nullptr;
   outputFile.clear();
+  outOfMemoryIn.clear();
 }
 
 std::vector<std::string> RecordingEngine::takeCalls() {
@@ -103,6 +105,7 @@ std::int32_t RecordingEngine::record(const std::string& function, const std::str
                                      std::int32_t standard) {
   const std::scoped_lock lock(mutex_);
   calls_.push_back(function + '(' + arguments + ')');
+  if (outOfMemoryIn == function || outOfMemoryIn == calls_.back()) throw std::bad_alloc();
   for (const std::string& key : {calls_.back(), function}) {
     if (const auto found = answers_.find(key); found != answers_.end()) return found->second;
   }

@@ -58,6 +58,9 @@ class RecordingEngine {
     internalTexts[function] = text;
   }
 
+  /// A function, or a whole call as it is recorded, that throws std::bad_alloc.
+  std::string outOfMemoryIn;
+
   /// What LXAPI_GetTTSInfo hands out.
   LXTTSINFO ttsInfo = {};
   /// What LXAPI_GetBuffer hands out, and LXAPI_TextToFile writes to the path of the last

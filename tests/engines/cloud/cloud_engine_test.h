@@ -8,6 +8,7 @@
 
 #include "engines/cloud/skyvo.h"
 #include "engines/shared/module_state.h"
+#include "speech/engine_info.h"
 #include "tests/support/file_content.h"
 #include "tests/support/host_window.h"
 #include "tests/support/temporary_folder.h"

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <string>
 
+#include "speech/engine_info.h"
 #include "tests/support/host_window.h"
 #include "tests/support/process_figures.h"
 
