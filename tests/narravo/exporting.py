@@ -1,114 +1,87 @@
-"""Exports end to end: the bundled engine, the rate converter and SoX; the files are opened by other programs."""
+"""Exports end to end, with and without a user dictionary; other programs open the files."""
 
 import os
 import pathlib
-import re
 import subprocess
 import unittest
 
 import narravo_program
-from narravo_program import HostTest
+from narravo_program import EXIT_ENGINE_FAILED, EXIT_FILE, EXIT_USAGE, HostTest, run
 
 import wav_measure
 
-RATES = (8000, 16000, 22050, 44100, 48000)
 TEXT = "The quick brown fox jumps over the lazy dog, and then it takes a long rest in the shade."
-EXIT_ENGINE_FAILED, EXIT_USAGE, EXIT_FILE = 1, 2, 4
-
-
-def output_of(*command):
-    return subprocess.run(command, capture_output=True, text=True, check=True).stdout
-
-
-def sox_samples(path, *input_options):
-    """Rate, channels and 16-bit samples of a file as SoX decodes it."""
-    described = output_of("soxi", path) if not input_options else ""
-    raw = subprocess.run(["sox", *input_options, path, "-t", "raw", "-e", "signed", "-b", "16", "-"],
-                         capture_output=True, check=True).stdout
-    found = {name: int(value) for name, value in re.findall(r"(Channels|Sample Rate) +: (\d+)", described)}
-    return found.get("Sample Rate"), found.get("Channels"), wav_measure.samples_of(raw)
 
 
 class Export(HostTest):
-    @classmethod
-    def setUpClass(cls):
-        cls.seconds = None
-
-    def export(self, name, *options, text=TEXT):
+    def export(self, name, *options):
         path = self.folder / name
-        self.assert_runs("export", path, text, *options)
+        self.assert_runs("export", path, TEXT, *options)
         return path
 
-    def reference_seconds(self):
-        if Export.seconds is None:
-            path = self.folder / "reference.wav"
-            self.assert_runs("save", path, TEXT)
-            Export.seconds = wav_measure.seconds(wav_measure.read_wav(path))
-        return Export.seconds
+    def test_the_name_chooses_the_type_and_the_rate_is_as_asked(self):
+        wav = self.export("speech.wav", "--rate", "48000")
+        described = wav_measure.read_wav(wav)
+        self.assertEqual((described.channels, described.rate), (1, 48000))
+        self.assertGreater(wav_measure.rms(described.samples), 300, "silent")
+        self.assertEqual(self.export("100%s ü.pcm", "--rate", "48000").read_bytes(), wav.read_bytes()[44:])
 
-    def assert_is_the_speech(self, samples, rate):
-        self.assertAlmostEqual(len(samples) / rate, self.reference_seconds(), delta=0.02 * self.reference_seconds())
-        self.assertGreater(wav_measure.rms(samples), 300, "silent")
-
-    def test_wav_pcm_and_ogg_at_every_rate(self):
-        for rate in RATES:
-            with self.subTest(rate=rate):
-                wav = self.export("speech.wav", "--rate", rate)
-                for path in (wav, self.export("speech.ogg", "--rate", rate)):
-                    found_rate, channels, samples = sox_samples(path)
-                    self.assertEqual((found_rate, channels), (rate, 1))
-                    self.assert_is_the_speech(samples, rate)
-                pcm = self.export("speech.pcm", "--rate", rate)
-                self.assertEqual(pcm.read_bytes(), wav.read_bytes()[44:])
-
-    def test_gsm_is_always_at_8000(self):
-        for rate in (8000, 48000):
-            with self.subTest(rate=rate):
-                path = self.export("speech.gsm", "--rate", rate)
-                self.assertEqual(path.stat().st_size % 33, 0, "whole frames of 33 bytes")
-                _, _, samples = sox_samples(path, "-r", "8000", "-c", "1")
-                self.assert_is_the_speech(samples, 8000)
-
-    def test_mp3_has_the_highest_bit_rate_of_the_voices_rate(self):
-        path = self.export("speech.mp3")
-        header = path.read_bytes()[:4]
-        self.assertEqual((header[:2], header[2] & 0xFC, header[3] & 0xC0), (b"\xff\xf3", 0xE0, 0xC0),
-                         "160 kbit/s at 22050 Hz, mono")
-        subprocess.run(["mpg123", "-q", "-w", self.folder / "decoded.wav", path], check=True)
-        decoded = wav_measure.read_wav(self.folder / "decoded.wav")
-        self.assertEqual(decoded.rate, 22050)
-        self.assert_is_the_speech(decoded.samples, decoded.rate)
-
-    def test_any_file_name_will_do(self):
-        for name in ("with blanks.ogg", "it's (1).mp3", "日本語 ü.wav", "ünïcode.gsm", "100%s.pcm"):
-            with self.subTest(name=name):
-                self.assertGreater(self.export(name).stat().st_size, 100)
+        ogg = self.export("with blanks.ogg", "--rate", "16000")
+        self.assertEqual(subprocess.run(["soxi", "-r", ogg], capture_output=True, text=True).stdout, "16000\n")
+        frames = self.export("ünïcode 日本語.gsm").stat().st_size / 33
+        self.assertAlmostEqual(frames * 160 / 8000, wav_measure.seconds(described), delta=0.1)
+        self.assertEqual(self.export("it's (1).mp3").read_bytes()[:2], b"\xff\xf3")
 
     def test_failures_are_one_clear_line_and_leave_an_older_file_alone(self):
-        older = self.folder / "older.wav"
-        older.write_bytes(b"older")
-        self.assertIn(".wav, .pcm", self.assert_fails(EXIT_USAGE, "export", self.folder / "x.flac", TEXT))
-        self.assertIn("--rate", self.assert_fails(EXIT_USAGE, "export", older, TEXT, "--rate", "11025"))
-        self.assertIn("no.csv", self.assert_fails(EXIT_FILE, "export", older, TEXT, "--dict", self.folder / "no.csv"))
-        self.assertIn("no folder", self.assert_fails(EXIT_ENGINE_FAILED, "export", self.folder / "no folder" / "x.wav", TEXT))
+        older = self.write("older.wav", b"older")
+        for code, reason, output, *options in (
+                (EXIT_USAGE, ".wav, .pcm", self.folder / "x.flac"), (EXIT_USAGE, "--rate", older, "--rate", "11025"),
+                (EXIT_FILE, "no.csv", older, "--dict", self.folder / "no.csv"),
+                (EXIT_FILE, "line 2", older, "--dict", self.write("bad.csv", b"a,b\nc\n")),
+                (EXIT_ENGINE_FAILED, "no folder", self.folder / "no folder" / "x.wav")):
+            self.assertIn(reason, self.assert_fails(code, "export", output, TEXT, *options))
         self.assertEqual(older.read_bytes(), b"older")
 
     def test_a_full_disk_is_reported_and_leaves_nothing(self):
         disk = pathlib.Path(os.environ["SPEECH_SMALL_DISK"])
-        # The engine takes its own unfinished files away; SoX leaves what it has written.
-        codes = {"x.wav": EXIT_ENGINE_FAILED, "x.pcm": EXIT_ENGINE_FAILED, "x.ogg": EXIT_FILE, "x.mp3": EXIT_FILE}
-        for name, code in codes.items():
+        # The engine deletes its own unfinished files; SoX leaves what it has written.
+        for name, code in {"x.wav": EXIT_ENGINE_FAILED, "x.ogg": EXIT_FILE}.items():
             with self.subTest(name=name):
                 (disk / "ballast").write_bytes(bytes(60_000))
-                self.assertIn(name, self.assert_fails(code, "export", disk / name, TEXT, "--rate", "22050"))
+                self.assertIn(name, self.assert_fails(code, "export", disk / name, TEXT))
                 self.assertFalse((disk / name).exists())
-                (disk / "ballast").unlink()
 
     def test_every_export_is_logged(self):
         path = self.export("logged.wav")
         last = self.assert_runs("log").splitlines()[-1]
         self.assertRegex(last, r"\A\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|Speaker : .+,  Export File Path : .+  \Z")
         self.assertIn(path.name, last)
+
+    def test_a_dictionary_changes_what_is_exported(self):
+        plain = self.export("out.wav").read_bytes()
+        unused, used = self.write("unused.csv", b"nobody,x\n"), self.write("used.csv", b"fox,bear of many summers\n")
+        self.assertEqual(self.export("out.wav", "--dict", unused).read_bytes(), plain)
+        self.assertGreater(len(self.export("out.wav", "--dict", used).read_bytes()), len(plain))
+
+
+class DictionaryCheck(HostTest):
+    def test_every_bad_entry_is_printed_with_its_line_and_reason(self):
+        path = self.write("words.csv", b'a,b\n\n"x\ny",z\nonly\n,empty\nb,\na,c\n\xc3\xa4,good\n"open,x\n')
+        code, out, err = run("dict", "check", path)
+        self.assertEqual(code, EXIT_FILE, err)
+        said = [line.removeprefix(f"{path}:").split(": ", 1) for line in out.splitlines()]
+        self.assertEqual([int(line) for line, _ in said], [3, 5, 6, 7, 8, 10])
+        for (_, reason), expected in zip(said, ("control", "comma", "empty", "empty", "line 1", "quote")):
+            self.assertIn(expected, reason)
+        self.assertIn("6", err)
+
+    def test_a_good_one_is_counted_and_what_is_no_dictionary_refused(self):
+        good = self.write("wörter 日本.csv", "\ufeffGrüße,hallo\r\n\"a, b\",\"c \"\"d\"\"\"\r\n".encode())
+        self.assertEqual(self.assert_runs("dict", "check", good), "good entries: 2\n")
+        for content in (b"", b"a,b\n\0\1\2", b"a,\xff\xfe\n", bytes(100 << 20)):
+            with self.subTest(content[:9]):
+                self.assertIn("words.csv", self.assert_fails(EXIT_FILE, "dict", "check", self.write("words.csv", content)))
+        self.assertIn("cannot read", self.assert_fails(EXIT_FILE, "dict", "check", self.folder))
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
-// The host's own decisions: which voice is meant, what a notice says, what counts as text.
+// The host's own decisions: which voice is meant, what a notice says, what counts as text and as a WAV file.
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,11 +13,15 @@
 #include "apps/narravo/speech_notices.h"
 #include "apps/narravo/text_source.h"
 #include "apps/narravo/voices.h"
+#include "apps/narravo/wav_format.h"
+#include "tests/support/wav_files.h"
 
 namespace narravo {
 namespace {
 
 using Kind = SpeechProgress::Kind;
+using speech::test::Bytes;
+using speech::test::PcmFile;
 
 template <class Action>
 HostError errorOf(Action action) {
@@ -30,14 +35,8 @@ HostError errorOf(Action action) {
 }
 
 Voice voice(const std::string& key, const std::string& variety, const std::string& language) {
-  return {key + "-" + variety,
-          key,
-          "Maker " + key + " (v.1)",
-          language,
-          variety == "F" ? "FEMALE" : "MALE",
-          22050,
-          "espeak",
-          nullptr};
+  const char* const gender = variety == "F" ? "FEMALE" : "MALE";
+  return {key + "-" + variety, key, "Maker " + key + " (v.1)", language, gender, 22050, "espeak", nullptr};
 }
 
 const std::vector<Voice> kVoices{
@@ -140,6 +139,41 @@ TEST(Text, RefusesWhatItWouldHaveToGuessOrLose) {
         std::string("a\0b", 3), std::string("\xFF\xFEH\0i\0", 6), std::string(), std::string("\xEF\xBB\xBF"),
         std::string(" \t\r\n")}) {
     EXPECT_EQ(errorOf([&] { decodeText(bytes, "x"); }).code(), kExitFile) << testing::PrintToString(bytes);
+  }
+}
+
+WavFormat formatOf(const Bytes& bytes) {
+  std::istringstream file(std::string(bytes.begin(), bytes.end()));
+  return readWavFormat(file, "in.wav");
+}
+
+TEST(WavFile, IsTakenByItsHeader) {
+  const Bytes twoSeconds(2 * 22050 * 4, 0);
+  const WavFormat format = formatOf(PcmFile{.channels = 2, .sampleRate = 22050, .data = twoSeconds}.bytes());
+  EXPECT_EQ(format.channels, 2);
+  EXPECT_EQ(format.bitsPerSample, 16);
+  EXPECT_EQ(format.sampleRateHz, 22050);
+  EXPECT_EQ(format.seconds(), 2);
+}
+
+TEST(WavFile, IsRefusedWithTheReason) {
+  const Bytes data(20, 0);
+  const Bytes whole = PcmFile{.data = data}.bytes();
+  Bytes longFormat = whole, otherChunk = whole;
+  longFormat[16] = 18;
+  otherChunk[36] = 'L';
+  for (const auto& [file, reason] : std::vector<std::pair<Bytes, std::string>>{
+           {{}, "not a WAV file"},
+           {Bytes(whole.begin(), whole.begin() + 43), "not a WAV file"},
+           {PcmFile{.data = data, .dataSize = 0x7FFFFFFF}.bytes(), "shorter than its header says"},
+           {PcmFile{.tag = 6, .bits = 8, .data = data}.bytes(), "not PCM"},
+           {PcmFile{.channels = 3, .data = data}.bytes(), "not PCM"},
+           {PcmFile{.sampleRate = 0, .data = data}.bytes(), "no sample rate"},
+           {longFormat, "more in its header"},
+           {otherChunk, "more in its header"}}) {
+    const HostError error = errorOf([&] { formatOf(file); });
+    EXPECT_EQ(error.code(), kExitFile);
+    EXPECT_THAT(error.what(), testing::AllOf(testing::StartsWith("in.wav "), testing::HasSubstr(reason)));
   }
 }
 

@@ -1,6 +1,5 @@
 """Runs the command-line host as a user would."""
 
-import os
 import pathlib
 import subprocess
 import sys
@@ -15,10 +14,12 @@ COMMAND = []
 # Far beyond what anything here takes: ends a hang, measures nothing.
 HANG_SECONDS = 180
 
+EXIT_ENGINE_FAILED, EXIT_USAGE, EXIT_NO_VOICE, EXIT_FILE, EXIT_INTERRUPTED = 1, 2, 3, 4, 130
 
-def start(*arguments, **options):
-    return subprocess.Popen([*COMMAND, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                            stdin=options.pop("stdin", subprocess.DEVNULL), **options)
+
+def start(*arguments):
+    return subprocess.Popen([*COMMAND, *map(str, arguments)], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                            stderr=subprocess.PIPE)
 
 
 def run(*arguments, stdin=b"", **options):
@@ -36,6 +37,11 @@ class HostTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
 
+    def write(self, name, content):
+        path = self.folder / name
+        path.write_bytes(content)
+        return path
+
     def assert_runs(self, *arguments, **options):
         code, out, err = run(*arguments, **options)
         self.assertEqual(code, 0, err)
@@ -52,5 +58,4 @@ class HostTest(unittest.TestCase):
 def main():
     separator = sys.argv.index("--")
     COMMAND.extend(sys.argv[separator + 1:])
-    os.environ["PYTHONDONTWRITEBYTECODE"] = "1"
     unittest.main(module="__main__", argv=sys.argv[:separator], verbosity=2)
