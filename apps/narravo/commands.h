@@ -43,8 +43,8 @@ class HostError : public std::runtime_error {
 /// The file that the user calls `name`, in UTF-8.
 inline std::filesystem::path pathOf(const std::string& name) { return speech::fromUtf8(name); }
 
-/// The file `path`, which must exist, as the library's functions with narrow file names take it. Throws
-/// HostError, which calls the file `name`.
+/// The path of an existing file for the library's functions that take narrow names. Throws HostError, which
+/// calls the file `name`.
 inline std::string narrowPathOf(const std::filesystem::path& path, const std::string& name) {
   const std::optional<std::string> narrow = speech::narrowPath(path.wstring());
   if (!narrow) throw HostError(kExitFile, name + " has a name that this system's code page cannot hold");

@@ -1,4 +1,4 @@
-// narravo dict check: says what is wrong with a user dictionary.
+// narravo dict check: prints what is wrong with a user dictionary.
 
 #include <memory>
 #include <string>
@@ -38,10 +38,10 @@ void addDictionaryCommand(CLI::App& program) {
   CLI::App* const command = program.add_subcommand("dict", "Work with user dictionaries");
   command->require_subcommand(1);
   const auto arguments = std::make_shared<CheckArguments>();
-  CLI::App* const checking = command->add_subcommand(
-      "check", "Print each bad entry of a dictionary with its line and what is wrong");
+  CLI::App* const checking =
+      command->add_subcommand("check", "Print each bad entry of a dictionary with its line and the reason");
   checking->add_option("FILE", arguments->file, "CSV file: a word, what to say instead")->required();
-  checking->add_option("--voice", arguments->voice.wish.voice, "The voice whose engine judges");
+  checking->add_option("--voice", arguments->voice.wish.voice, "The voice whose engine checks the entries");
   checking->callback([arguments] { check(*arguments); });
 }
 

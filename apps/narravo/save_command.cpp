@@ -52,7 +52,7 @@ void save(const SaveArguments& arguments) {
   const std::unique_ptr<unsigned char, FreeSamples> samples(buffer);
   if (byteCount <= 0)
     session.reportRefusal(
-        "the engine gave no samples; is the text well formed, and not too long for one file?");
+        "the engine returned no samples; is the text well formed, and short enough for one file?");
   writeWavFile(arguments.output, {samples.get(), static_cast<std::size_t>(byteCount)},
                session.voice().sampleRateHz);
 }

@@ -20,7 +20,7 @@ struct SpeakArguments {
   bool isVerbose = false;
 };
 
-/// Shows a text as it is heard: plain text as it stands, of marked-up text the words alone.
+/// Shows a text as it is heard: plain text as it is written, of marked-up text only the words.
 class HeardText {
  public:
   explicit HeardText(bool isSsml) : isSsml_(isSsml) {}

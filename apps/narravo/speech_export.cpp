@@ -40,8 +40,8 @@ const FileType& fileTypeOf(const std::filesystem::path& path) {
 int rateIndexOf(int rateHz) {
   const auto rate = std::ranges::find(kRatesHz, rateHz);
   if (rate == std::end(kRatesHz)) {
-    throw HostError(kExitUsage,
-                    "this voice's rate of " + std::to_string(rateHz) + " Hz needs a --rate to export at");
+    throw HostError(kExitUsage, "this voice's rate of " + std::to_string(rateHz) +
+                                    " Hz cannot be exported; choose one with --rate");
   }
   return static_cast<int>(rate - std::begin(kRatesHz));
 }
@@ -52,7 +52,7 @@ class ScratchFolder {
   ScratchFolder() : path_(speech::newTemporaryPath(L"")) {
     std::error_code error;
     std::filesystem::create_directory(path_, error);
-    if (error) throw HostError(kExitFile, "no temporary folder can be made: " + error.message());
+    if (error) throw HostError(kExitFile, "cannot create a temporary folder: " + error.message());
   }
   ScratchFolder(const ScratchFolder&) = delete;
   ScratchFolder& operator=(const ScratchFolder&) = delete;
@@ -67,7 +67,7 @@ class ScratchFolder {
   std::filesystem::path path_;
 };
 
-/// The output as it was before, put back unless the new file is kept.
+/// Keeps the output as it was before and puts it back unless the new file is complete.
 class OlderFile {
  public:
   OlderFile(std::filesystem::path path, const ScratchFolder& scratch)
@@ -125,7 +125,8 @@ void exportSpeech(SpeechSession& session, const std::wstring& text, bool isSsml,
 
   const ScratchFolder scratch;
   OlderFile older(output, scratch);
-  // The library takes file names in the code page; what that cannot name is made under a plain name.
+  // The library opens files by names in the code page. A name that does not fit is given to the finished
+  // file.
   const bool isDirect = speech::toNarrowExactly(output.wstring(), speech::CodePage::kThread).has_value();
   const std::filesystem::path made =
       isDirect ? output : scratch.path() / (std::wstring(L"speech") + type.extension);

@@ -15,8 +15,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"NarravoHostWindow";
 constexpr UINT kInterruptMessage = WM_APP + 2;
 
-// How long the host's thread may take to silence the engine. It cannot answer while it waits for the speech
-// service.
+// How long the host's thread may take to silence the engine. While it waits for the speech service it cannot
+// answer.
 constexpr UINT kInterruptTimeoutMs = 1000;
 
 std::atomic<HWND> interruptTarget = nullptr;
@@ -116,8 +116,8 @@ SpeechProgress::Step SpeechProgress::read(WPARAM wParam, LPARAM lParam) {
   }
 
   const std::size_t offset = wParam;
-  // The end of a local speech looks like a word of one letter at this very offset. It is that word if the
-  // text has one there and nothing behind it was heard yet.
+  // The end of a local speech has the numbers of a word of one letter at offset 3858. It is that word if the
+  // text has one there and nothing after it has been heard.
   if (wParam == kNoticeFinishedOrFailed && lParam == kDetailFinishedOrFailed &&
       !(heardUpTo_ <= offset && isOneLetterWord(offset))) {
     return {Kind::kEnded, {}, {}};

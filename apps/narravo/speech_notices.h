@@ -30,7 +30,7 @@ class HostWindow {
 
   HWND handle() const { return window_; }
 
-  /// Called for every notice, on this thread. An exception ends run(), which throws it on.
+  /// Called for every notice, on this thread. An exception ends run(), which rethrows it.
   void onNotice(NoticeHandler handler) { handler_ = std::move(handler); }
 
   /// Called when the user presses Ctrl-C, on this thread, before run() returns. Must not throw.
@@ -40,7 +40,7 @@ class HostWindow {
   bool run();
   void finish() { isRunning_ = false; }
 
-  /// What the speech service said of its last failure; empty when it said nothing.
+  /// The speech service's message about its last failure; empty if there is none.
   const std::string& serviceMessage() const { return serviceMessage_; }
 
  private:
@@ -65,18 +65,18 @@ class SpeechProgress {
   struct Step {
     Kind kind;
     std::wstring_view word;  ///< For kWord: the part of the text that is heard now.
-    /// For kWord: the same with what stands between it and the last one. An engine may speak several words as
-    /// one and announce the first only.
+    /// For kWord: the word and what precedes it since the last one. An engine may speak several words as one
+    /// and report only the first.
     std::wstring_view wordInContext;
   };
 
   /// @param text     what was given to speak; must outlive this object
-  /// @param isCloud  whether a voice of the speech service speaks: its notices differ
+  /// @param isCloud  whether the voice belongs to the speech service, whose notices differ
   SpeechProgress(std::wstring_view text, bool isCloud) : text_(text), isCloud_(isCloud) {}
 
   Step read(WPARAM wParam, LPARAM lParam);
 
-  /// What stands behind the last word that was heard.
+  /// The text after the last word that was heard.
   std::wstring_view rest() const { return text_.substr(heardUpTo_); }
 
  private:

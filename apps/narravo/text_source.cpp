@@ -39,7 +39,7 @@ void addTextArguments(CLI::App& command, TextSource& source) {
 std::wstring decodeText(std::string_view bytes, const std::string& name) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
-  // The library takes zero-terminated text: what follows a zero would be lost without a word.
+  // The library takes zero-terminated text: what follows a zero would be lost silently.
   if (bytes.find('\0') != bytes.npos)
     throw HostError(kExitFile, name + " is not UTF-8 text: it holds a zero byte");
   std::optional<std::wstring> text = speech::fromWellFormedUtf8(bytes);

@@ -19,8 +19,8 @@ void addTextArguments(CLI::App& command, TextSource& source);
 /// The text, never empty. Throws HostError when it cannot be read or is not text.
 std::wstring readText(const TextSource& source);
 
-/// What a file or a stream holds as text: UTF-8, with or without a byte order mark.
-/// @param name  for the error message
+/// Decodes UTF-8, with or without a byte order mark. Throws HostError when the bytes are not text.
+/// @param name  what the error message calls them
 std::wstring decodeText(std::string_view bytes, const std::string& name);
 
 }  // namespace narravo

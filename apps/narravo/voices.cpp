@@ -11,7 +11,7 @@
 namespace narravo {
 namespace {
 
-/// Only ASCII letters change: keys and codes hold no others that would need it.
+/// Changes only ASCII letters: keys and codes need no others.
 std::string lower(std::string text) {
   for (char& letter : text) {
     if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
@@ -35,7 +35,7 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
   return row.back();
 }
 
-// The ways in which a voice can fit a wish, best first.
+// How a voice can match what the user wants, best first.
 using Fits = bool (*)(const Voice&, const std::string& wanted);
 constexpr Fits kWaysToFit[] = {
     [](const Voice& voice, const std::string& wanted) { return same(voice.name, wanted); },
@@ -48,8 +48,8 @@ constexpr Fits kWaysToFit[] = {
     },
 };
 
-/// Among voices that fit equally: the user's own language, then a language's home country (fr-FR), then list
-/// order.
+/// Orders voices that match equally well: the user's own language, then a language's home country (fr-FR),
+/// then the rest.
 int distance(const Voice& voice, const std::string& userLanguage) {
   const std::string code = lower(voice.language);
   if (code == lower(userLanguage)) return 0;
