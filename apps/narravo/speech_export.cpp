@@ -127,7 +127,7 @@ void exportSpeech(SpeechSession& session, const std::wstring& text, bool isSsml,
   OlderFile older(output, scratch);
   // The library opens files by names in the code page. A name that does not fit is given to the finished
   // file.
-  const bool isDirect = speech::toNarrowExactly(output.wstring(), speech::CodePage::kThread).has_value();
+  const bool isDirect = speech::toNarrowExactly(output.wstring(), speech::CodePage::kSystem).has_value();
   const std::filesystem::path made =
       isDirect ? output : scratch.path() / (std::wstring(L"speech") + type.extension);
   const WorkingNotice notice("exporting " + name, WorkingNotice::usualPace());
