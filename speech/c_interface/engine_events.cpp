@@ -103,10 +103,11 @@ void OpenEngine::receive(UINT message, WPARAM wParam, LPARAM lParam) {
       if (state_ != SPEECH_STATE_IDLE) receiveNotice(wParam, lParam);
       break;
     case EventWindow::kStarted:
-      if (state_ != SPEECH_STATE_IDLE && wParam == speechNumber_) deliver(SPEECH_EVENT_STARTED);
+      // A text that was refused, or stopped since, does not start.
+      if (state_ != SPEECH_STATE_IDLE) deliver(SPEECH_EVENT_STARTED);
       break;
     case EventWindow::kFailed:
-      if (!failures_.empty() && failures_.front().number == wParam) {
+      if (!failures_.empty()) {
         const SpeakFailure failure = std::move(failures_.front());
         failures_.pop_front();
         SpeechEvent event = newEvent(SPEECH_EVENT_FAILED);
@@ -132,7 +133,7 @@ void OpenEngine::receiveNotice(WPARAM wParam, LPARAM lParam) {
     return;
   }
   if (isEndOrFailure(wParam, lParam) && !spoken_.expectsOneLetterWordAt(wParam)) {
-    finish();
+    state_ = SPEECH_STATE_IDLE;
     deliver(SPEECH_EVENT_FINISHED);
     return;
   }
@@ -152,14 +153,9 @@ void OpenEngine::receiveCloudNotice(WPARAM wParam) {
     playbackStarted_ = true;
     deliver(SPEECH_EVENT_STARTED);
   } else if (wParam == kNoticePlaybackEnded && playbackStarted_) {
-    finish();
+    state_ = SPEECH_STATE_IDLE;
     deliver(SPEECH_EVENT_FINISHED);
   }
-}
-
-void OpenEngine::finish() {
-  state_ = SPEECH_STATE_IDLE;
-  ++speechNumber_;
 }
 
 SpeechEvent OpenEngine::newEvent(SpeechEventKind kind) const {

@@ -30,7 +30,7 @@ class EventWindow {
   ~EventWindow();
 
   HWND handle() const { return window_; }
-  void post(UINT message, WPARAM wParam) const { PostMessageW(window_, message, wParam, 0); }
+  void post(UINT message) const { PostMessageW(window_, message, 0, 0); }
 
   /// Dispatches the messages that wait for this window. The window may be gone afterwards.
   static void deliverPending(HWND window);

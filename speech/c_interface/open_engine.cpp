@@ -49,13 +49,12 @@ void OpenEngine::applyOptions() {
 }
 
 void OpenEngine::speak(std::wstring text, bool isSsml) {
-  const std::uint32_t number = ++speechNumber_;
   window_->dropNotices();
   serviceMessage_.clear();
   playbackStarted_ = false;
   spoken_ = SpokenText(std::move(text));
   // The local engine does not announce its start, and its first word may come before it returns.
-  if (!isCloud_) window_->post(EventWindow::kStarted, number);
+  if (!isCloud_) window_->post(EventWindow::kStarted);
 
   bool isAccepted = false;
   {
@@ -69,9 +68,8 @@ void OpenEngine::speak(std::wstring text, bool isSsml) {
 
   const bool serviceFailed = window_->dropNotices() && isCloud_;
   const std::int32_t error = serviceFailed ? SPEECH_ERROR_SERVICE : SPEECH_ERROR_REFUSED;
-  failures_.push_back({number, error, takeServiceMessage()});
-  window_->post(EventWindow::kFailed, number);
-  ++speechNumber_;  // the posted start counts no more
+  failures_.push_back({error, takeServiceMessage()});
+  window_->post(EventWindow::kFailed);
   throw Failure(error, failures_.back().message);
 }
 
@@ -89,8 +87,7 @@ void OpenEngine::resume() {
 
 void OpenEngine::stop() {
   instance_->stop();
-  finish();
-  window_->dropNotices();
+  state_ = SPEECH_STATE_IDLE;
 }
 
 void OpenEngine::unload() {
@@ -125,7 +122,7 @@ void OpenEngine::close() {
 }
 
 void OpenEngine::abandon() {
-  finish();
+  state_ = SPEECH_STATE_IDLE;
   listener_ = {};
   instance_ = nullptr;
   window_.reset();

@@ -69,7 +69,6 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
 
  private:
   struct SpeakFailure {
-    std::uint32_t number;
     std::int32_t error;
     std::string message;
   };
@@ -77,7 +76,6 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   void receive(UINT message, WPARAM wParam, LPARAM lParam);
   void receiveNotice(WPARAM wParam, LPARAM lParam);
   void receiveCloudNotice(WPARAM wParam);
-  void finish();
   SpeechEvent newEvent(SpeechEventKind kind) const;
   void deliver(SpeechEventKind kind);
   void deliver(const SpeechEvent& event);
@@ -92,12 +90,11 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   ITextToSpeech* instance_ = nullptr;
 
   SpeechState state_ = SPEECH_STATE_IDLE;
-  /// Counts speeches, so that a message of an earlier one is recognised.
-  std::uint32_t speechNumber_ = 0;
   /// Cloud: the end notice of a stopped speech can come late, but always before the start of the next.
   bool playbackStarted_ = false;
   SpokenText spoken_;
   std::string serviceMessage_;
+  /// One for each kFailed that is posted.
   std::deque<SpeakFailure> failures_;
 };
 

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,51 +13,45 @@
 #include <speech/text_to_speech.h>
 
 #include "tests/support/recording_engine.h"
+#include "tests/support/waiting.h"
 
 namespace speech::test {
 
-/// An event in the form "word 3+2 (2+1)": bytes of UTF-8, then units of UTF-16.
-inline std::string describe(const SpeechEvent& event) {
-  const auto range = [](std::uint32_t offset, std::uint32_t length) {
-    return std::to_string(offset) + "+" + std::to_string(length);
-  };
-  switch (event.kind) {
-    case SPEECH_EVENT_STARTED:
-      return "started";
-    case SPEECH_EVENT_WORD:
-      return "word " + range(event.utf8_offset, event.utf8_length) + " (" +
-             range(event.utf16_offset, event.utf16_length) + ")";
-    case SPEECH_EVENT_FINISHED:
-      return "finished";
-    case SPEECH_EVENT_FAILED:
-      return "failed " + std::to_string(event.error) + " [" + event.message + "]";
-    default:
-      return "?";
-  }
+/// Every call, in this order, has the same result.
+inline void expectEach(std::int32_t wanted, std::initializer_list<std::int32_t> results) {
+  EXPECT_THAT(results, ::testing::Each(wanted));
 }
 
-/// Two installed voices, over the recording engine library.
+/// An event in the form "word 3+2 (2+1)": bytes of UTF-8, then units of UTF-16.
+inline std::string describe(const SpeechEvent& event) {
+  constexpr const char* kKinds[] = {"?", "started", "word ", "finished", "failed "};
+  std::ostringstream text;
+  text << kKinds[event.kind];
+  if (event.kind == SPEECH_EVENT_WORD) {
+    text << event.utf8_offset << '+' << event.utf8_length << " (" << event.utf16_offset << '+'
+         << event.utf16_length << ')';
+  }
+  if (event.kind == SPEECH_EVENT_FAILED) text << event.error << " [" << event.message << ']';
+  return text.str();
+}
+
+/// Two installed voices, over the recording engine library. The first one's engine is open.
 class CInterfaceTest : public ::testing::Test {
  protected:
-  static constexpr std::uint32_t kFirstTts = 1;
-
   void SetUp() override {
-    ITextToSpeech::releaseInstance();
     recording().reset();
     recording().install({.key1 = L"zo\u00eb", .key2 = L"m", .gender = L"M", .language = L"en-US"});
-    recording().install(
-        {.key1 = L"ann", .key2 = L"f", .gender = L"F", .sampleRateHz = 16000, .language = L"de-DE"});
+    recording().install({.key1 = L"ann", .gender = L"F", .sampleRateHz = 16000, .language = L"de-DE"});
+    recording().install({.key1 = L"cirrus", .language = L"DE-de", .type = L"SkyVo"});
+    open(0);
   }
-  void TearDown() override {
-    EXPECT_EQ(speech_release(), SPEECH_OK);
-    ITextToSpeech::releaseInstance();
-  }
+  void TearDown() override { EXPECT_EQ(speech_release(), SPEECH_OK); }
 
-  SpeechEngine open(std::int32_t voice = 0) {
-    SpeechEngine engine = nullptr;
-    EXPECT_EQ(speech_engine_open(voice, &CInterfaceTest::onEvent, this, &engine), SPEECH_OK);
+  /// Closes the open engine first.
+  void open(std::int32_t voice) {
+    speech_engine_close(engine_);
+    EXPECT_EQ(speech_engine_open(voice, &CInterfaceTest::onEvent, this, &engine_), SPEECH_OK);
     recording().takeCalls();
-    return engine;
   }
 
   static std::string detail() {
@@ -66,12 +62,13 @@ class CInterfaceTest : public ::testing::Test {
 
   std::vector<std::string> takeEvents() { return std::exchange(events_, {}); }
 
-  static int stateOf(SpeechEngine engine) {
-    std::int32_t state = -1;
-    EXPECT_EQ(speech_state(engine, &state), SPEECH_OK);
-    return state;
+  /// The events until nothing is spoken any more.
+  std::vector<std::string> eventsToTheEnd() {
+    EXPECT_EQ(speech_wait(engine_, kWaitLimitMilliseconds), SPEECH_OK);
+    return takeEvents();
   }
 
+  SpeechEngine engine_ = nullptr;
   /// Called for every event, after it has been noted.
   std::function<void(const SpeechEvent&)> reaction_ = [](const SpeechEvent&) {};
 
