@@ -12,13 +12,21 @@
 
 #include <windows.h>
 
+#include <utility>
+
+/// Whether the module has started Windows Sockets.
+inline bool afxSocketsStarted = false;
+
 /// Starts Windows Sockets for the module; AfxSocketTerm ends it.
 /// @return FALSE when the system has none to offer
 inline BOOL AfxSocketInit() {
   WSADATA data;
-  return WSAStartup(MAKEWORD(2, 2), &data) == 0;
+  afxSocketsStarted = WSAStartup(MAKEWORD(2, 2), &data) == 0;
+  return afxSocketsStarted;
 }
 
-/// Ends what AfxSocketInit started.
-inline void AfxSocketTerm() { WSACleanup(); }
+/// Ends what AfxSocketInit started, if it did.
+inline void AfxSocketTerm() {
+  if (std::exchange(afxSocketsStarted, false)) WSACleanup();
+}
 #endif
