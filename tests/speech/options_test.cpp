@@ -92,10 +92,17 @@ TEST(Options, OnlyADifferentValueMarksTheRecordChanged) {
   options.applied();
   options.setALDEnable(1);
   EXPECT_TRUE(options.isChanged());
+}
+
+TEST(Options, ResetRestoresFormatAldAndDefaultsThatWereNeverSet) {
+  static Options options;  // what the constructor leaves unset is 0 in static memory
+  options.setFormat(static_cast<Options::OPTION_FORMAT>(7));
+  options.setALDEnable(1);
   options.applied();
   options.reset();
   EXPECT_EQ(options.getFormat(), 1);
   EXPECT_EQ(options.getALDEnable(), 0);
+  for (const Setting& setting : kSettings) EXPECT_EQ((options.*setting.get)(), 0) << setting.name;
   EXPECT_TRUE(options.isChanged());
 }
 

@@ -104,11 +104,13 @@ TEST_F(FacadeTest, AFailedBindingIsNotFollowedByALoadAndANullProductChangesNothi
   EXPECT_TRUE(ITextToSpeech::reloadEngine()) << "there still is an engine";
 }
 
-TEST_F(FacadeTest, ReleasingStopsThenEndsTheEngineLibraryAndItsList) {
-  recording().install({.key1 = L"A"});
+TEST_F(FacadeTest, ReleasingStopsThenEndsTheEngineLibraryAndItsListAndLeavesTheRest) {
+  recording().install({.key1 = L"A", .language = L"en-US"});
   LXAPIProductList* const list = ITextToSpeech::getLXAPIProductList();
   EXPECT_EQ(list->GetCount(), 1);
-  start(product(0));
+  LXAPIProduct* const former = product(0);
+  start(former);
+  EXPECT_EQ(ITextToSpeech::getISOListCount(), 1);
   recording().takeCalls();
   EXPECT_EQ(ITextToSpeech::getLXAPIProductList(), list) << "built once";
   ITextToSpeech::releaseInstance();
@@ -116,8 +118,16 @@ TEST_F(FacadeTest, ReleasingStopsThenEndsTheEngineLibraryAndItsList) {
               ElementsAre("LXAPI_Stop(1)", "LXAPI_UnloadEngine(101)", "LXAPI_Exit()"));
   ITextToSpeech::releaseInstance();
   EXPECT_THAT(recording().takeCalls(), IsEmpty());
+  EXPECT_EQ(ITextToSpeech::getCurrentProduct(), former);
+  EXPECT_EQ(ITextToSpeech::getISOCodeList()->GetSize(), 2) << "one of before, one of now";
+
+  // An engine that fails to initialise changes neither window nor message.
   recording().install({.key1 = L"B"});
-  EXPECT_EQ(ITextToSpeech::getLXAPIProductList()->GetCount(), 2);
+  ITextToSpeech::releaseInstance();
+  recording().answer("LXAPI_LoadEngine", -5);
+  EXPECT_EQ(ITextToSpeech::getInstance(nullptr, 0, product(1)), nullptr);
+  recording().raise(recording().lastHandle, 2);
+  EXPECT_THAT(window_.takeNotices(), ElementsAre(Notice{3858, 1}));
 }
 
 TEST_F(FacadeTest, ReloadingNeedsAnInstanceAndStopsAtAFailedUnload) {

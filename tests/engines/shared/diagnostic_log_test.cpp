@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <regex>
 #include <string>
 #include <vector>
@@ -31,7 +32,7 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) 
 }
 
 /// The one log file below a base folder.
-std::filesystem::path logFile(const TemporaryFolder& base) {
+std::filesystem::path logFile(const std::filesystem::path& base) {
   const auto files = filesIn(base / "log");
   EXPECT_EQ(files.size(), 1u);
   return files.at(0);
@@ -44,18 +45,33 @@ class DiagnosticLog : public ::testing::Test {
   std::string base_ = folder_.path().string();
 };
 
+std::string stamp(void(WINAPI* clock)(SYSTEMTIME*)) {
+  SYSTEMTIME now;
+  clock(&now);
+  char text[32];
+  std::snprintf(text, sizeof text, "| %04d-%02d-%02d %02d:%02d:%02d:%03d", now.wYear, now.wMonth, now.wDay,
+                now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
+  return text;
+}
+
 TEST_F(DiagnosticLog, WritesALinePerCallIntoAFileOfTheDay) {
-  SYSTEMTIME today;
-  GetLocalTime(&today);
+  const std::string before = stamp(GetLocalTime);
+  ASSERT_NE(before.substr(0, 18), stamp(GetSystemTime).substr(0, 18))
+      << "run me in a time zone, as ctest does";
   ASSERT_EQ(writeLog(base_.c_str(), "%s", "first"), 1);
+  const std::string after = stamp(GetLocalTime);
   ASSERT_EQ(writeLog(base_.c_str(), "number %d", 2), 1);
 
-  char name[32];
-  std::snprintf(name, sizeof name, "%04d-%02d-%02d.log", today.wYear, today.wMonth, today.wDay);
-  EXPECT_EQ(logFile(folder_).filename().string(), name);
+  const std::filesystem::path file = logFile(folder_.path());
+  EXPECT_EQ(file.filename().string(), before.substr(2, 10) + ".log");
+  EXPECT_EQ(GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_READONLY, 0u);
+  const std::string content = readFile(file);
   const std::regex lines(
-      R"(\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|first\n\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|number 2\n)");
-  EXPECT_TRUE(std::regex_match(readFile(logFile(folder_)), lines)) << readFile(logFile(folder_));
+      R"((\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3})\|first\n\| \d{4}-\d\d-\d\d \d\d:\d\d:\d\d:\d{3}\|number 2\n)");
+  std::smatch parts;
+  ASSERT_TRUE(std::regex_match(content, parts, lines)) << content;
+  EXPECT_LE(before, parts[1].str());
+  EXPECT_LE(parts[1].str(), after);
 }
 
 TEST_F(DiagnosticLog, KeepsPercentSignsAndCutsAnOverlongMessageButStillEndsTheLine) {
@@ -96,14 +112,27 @@ TEST_F(DiagnosticLog, WritesNothingToADiskThatIsNearlyFull) {
   EXPECT_FALSE(writer);
 }
 
+TEST_F(DiagnosticLog, AFileThatCouldNotTakeALineStaysOpenAndDeniedToWriters) {
+  const std::filesystem::path disk = std::getenv("SPEECH_SMALL_DISK");
+  const std::string base = (disk / "full").string();
+  ASSERT_TRUE(makeDirectoryPath((base + "/log").c_str()));
+  std::ofstream(disk / "filling") << std::string(1 << 20, 'x');
+  setFreeBytesQuestion([](const char*) { return ~uint64_t{0}; });
+  EXPECT_EQ(writeLog(base.c_str(), "%s", "lost"), 0);
+  std::filesystem::remove(disk / "filling");
+  EXPECT_EQ(writeLog(base.c_str(), "%s", "denied"), 0);
+  EXPECT_EQ(_wfsopen(logFile(base).c_str(), L"ab", _SH_DENYNO), nullptr);
+  EXPECT_EQ(readFile(logFile(base)), "") << "readers are not denied";
+}
+
 TEST_F(DiagnosticLog, YieldsToAnotherWriter) {
   ASSERT_EQ(writeLog(base_.c_str(), "%s", "before"), 1);
-  std::FILE* const other = _wfsopen(logFile(folder_).c_str(), L"ab", _SH_DENYWR);
+  std::FILE* const other = _wfsopen(logFile(folder_.path()).c_str(), L"ab", _SH_DENYWR);
   ASSERT_NE(other, nullptr);
   EXPECT_EQ(writeLog(base_.c_str(), "%s", "lost"), 0);
   std::fclose(other);
   EXPECT_EQ(writeLog(base_.c_str(), "%s", "after"), 1);
-  EXPECT_EQ(readFile(logFile(folder_)).find("lost"), std::string::npos);
+  EXPECT_EQ(readFile(logFile(folder_.path())).find("lost"), std::string::npos);
 }
 
 TEST(DirectoryPath, IsMadeElementByElementWithEitherSeparator) {
@@ -117,6 +146,10 @@ TEST(DirectoryPath, IsMadeElementByElementWithEitherSeparator) {
     EXPECT_TRUE(std::filesystem::is_directory(path)) << path;
   }
   std::filesystem::current_path(before);
+  // Up to the next backslash a network path names its server, slashes and all.
+  const std::filesystem::path disk = std::getenv("SPEECH_SMALL_DISK");
+  EXPECT_TRUE(makeDirectoryPath(("\\\\?/unix" + disk.generic_string() + "\\share/deep").c_str()));
+  EXPECT_TRUE(std::filesystem::is_directory(disk / "share/deep"));
 
   test::writeFile(folder / "file", "");
   for (const std::string& path : {base + "\\file\\x", std::string(), std::string("\\\\server")}) {
