@@ -1,6 +1,7 @@
-#include "audio/file_io.h"
+#include <speech/audio.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>

@@ -7,8 +7,7 @@
 #include <optional>
 #include <span>
 
-#include "audio/file_io.h"
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 
 namespace speech::audio {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <utility>
 
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 #include "audio/rate_parameters.h"
 #include "audio/rate_work_buffer.h"
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 #include "audio/rate_kernels.h"
 
 namespace rate {

@@ -1,4 +1,4 @@
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 
 #include <algorithm>
 

@@ -1,15 +1,15 @@
 // The rate converter's wrappers that read and write WAV files.
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <utility>
 
+#include <speech/audio.h>
 #include "audio/file_position.h"
 #include "audio/owned_file.h"
 #include "audio/rate_arrays.h"
-#include "audio/rate_wrappers.h"
 #include "audio/same_file.h"
-#include "audio/wav_header.h"
 #include "audio/wav_header_reader.h"
 #include "audio/wav_samples.h"
 

@@ -1,10 +1,11 @@
 // The rate converter's wrappers from memory to memory.
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
+#include <speech/audio.h>
 #include "audio/rate_arrays.h"
-#include "audio/rate_wrappers.h"
 
 using namespace speech::audio;
 

@@ -1,9 +1,10 @@
-#include "audio/stream_converter.h"
+#include <speech/audio.h>
 
 #include <soxr.h>
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "audio/byte_order.h"
-#include "audio/file_io.h"
 #include "audio/owned_file.h"
 #include "audio/wav_header_reader.h"
 

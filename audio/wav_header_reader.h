@@ -2,7 +2,7 @@
 
 // Reading a header back. Not exported.
 
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 
 extern "C" {
 

@@ -1,10 +1,11 @@
 // Converts a WAV file as a host would, for the comparison with SoX.
 
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
-#include "audio/rate_wrappers.h"
+#include <speech/audio.h>
 
 int main(int argc, char** argv) {
   std::int32_t rateHz = 0;

@@ -6,11 +6,3 @@ file(GLOB_RECURSE speech_public_headers RELATIVE "${PROJECT_SOURCE_DIR}"
   "${PROJECT_SOURCE_DIR}/include/*.h")
 file(GLOB other_headers RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/framework/*.h")
 list(APPEND speech_public_headers ${other_headers})
-# Of the audio library, what declares exported functions is public.
-file(GLOB audio_headers RELATIVE "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/audio/*.h")
-foreach(header IN LISTS audio_headers)
-  file(STRINGS "${PROJECT_SOURCE_DIR}/${header}" exports REGEX SPEECH_API LIMIT_COUNT 1)
-  if(exports)
-    list(APPEND speech_public_headers "${header}")
-  endif()
-endforeach()

@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "audio/rate_wrappers.h"
+#include <speech/audio.h>
 #include "tests/support/wav_files.h"
 
 namespace {

@@ -9,10 +9,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <speech/audio.h>
 #include "apps/narravo/commands.h"
 #include "apps/narravo/console.h"
 #include "apps/narravo/wav_format.h"
-#include "audio/rate_wrappers.h"
 #include "win32/move_file.h"
 
 namespace narravo {

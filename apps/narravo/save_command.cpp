@@ -7,12 +7,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <speech/audio.h>
 #include "apps/narravo/commands.h"
 #include "apps/narravo/speech_export.h"
 #include "apps/narravo/speech_session.h"
 #include "apps/narravo/text_source.h"
-#include "audio/file_io.h"
-#include "audio/wav_header.h"
 #include "base/file.h"
 
 namespace narravo {

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "audio/rate_wrappers.h"
+#include <speech/audio.h>
 #include "engines/local/export_formats.h"
 #include "engines/local/orvane_lxapi.h"
 #include "engines/shared/export_log.h"

@@ -4,8 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "audio/rate_wrappers.h"
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 #include "engines/shared/process_runner.h"
 #include "win32/text.h"
 

@@ -8,7 +8,7 @@
 
 #include <speech/formats.h>
 
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 #include "base/file.h"
 #include "engines/shared/engine_utilities.h"
 #include "engines/shared/export_log.h"

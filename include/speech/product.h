@@ -12,8 +12,8 @@
 #include <cstdint>
 
 #include <speech/options.h>
-#include "audio/export.h"
 #include "framework/framework.h"
+#include "speech/export.h"
 
 class ITextToSpeech;
 

@@ -19,8 +19,8 @@
 #include <speech/notices.h>
 #include <speech/options.h>
 #include <speech/product.h>
-#include "audio/export.h"
 #include "framework/framework.h"
+#include "speech/export.h"
 
 /// A speech engine: the statics choose, hand out and release the one engine of the process, the virtual
 /// operations are the engine's own.

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 #include "base/file.h"
 #include "lxapi/bundled/companding.h"
 #include "lxapi/bundled/synthesizer.h"

@@ -6,9 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "audio/file_io.h"
-#include "audio/rate_converter.h"
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 #include "base/file.h"
 #include "base/memory.h"
 #include "engines/shared/engine_utilities.h"

@@ -1,4 +1,4 @@
-#include "audio/file_io.h"
+#include <speech/audio.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // What RATEAPI answers, and the sound it makes.
 
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 
 #include <gtest/gtest.h>
 

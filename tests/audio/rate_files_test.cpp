@@ -5,7 +5,7 @@
 #include <string>
 #include <tuple>
 
-#include "audio/rate_wrappers.h"
+#include <speech/audio.h>
 #include "tests/audio/rate_samples.h"
 #include "tests/support/binary_file.h"
 #include "tests/support/temporary_folder.h"

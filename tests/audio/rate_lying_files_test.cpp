@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "audio/rate_wrappers.h"
+#include <speech/audio.h>
 #include "tests/support/binary_file.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/wav_files.h"

@@ -5,9 +5,8 @@
 #include <memory>
 #include <tuple>
 
-#include "audio/file_io.h"
+#include <speech/audio.h>
 #include "audio/rate_arrays.h"
-#include "audio/rate_wrappers.h"
 #include "tests/audio/rate_samples.h"
 
 namespace {

@@ -11,7 +11,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 
 namespace speech::test {
 

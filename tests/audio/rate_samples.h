@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "audio/rate_converter.h"
+#include <speech/audio.h>
 
 namespace speech::test {
 

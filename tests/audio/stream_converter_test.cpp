@@ -1,4 +1,4 @@
-#include "audio/stream_converter.h"
+#include <speech/audio.h>
 
 #include <gtest/gtest.h>
 #include <soxr.h>

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include <speech/audio.h>
 #include "audio/owned_file.h"
-#include "audio/wav_header.h"
 #include "tests/support/binary_file.h"
 #include "tests/support/temporary_folder.h"
 

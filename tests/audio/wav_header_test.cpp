@@ -1,4 +1,4 @@
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -6,7 +6,7 @@
 #include <stdio.h>
 #include <string.h>
 
-#include <speech/audio_c.h>
+#include <speech/audio.h>
 #include <speech/speech_c.h>
 
 #define CHECK(condition) check(condition, #condition)

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "audio/file_io.h"
+#include <speech/audio.h>
 
 namespace {
 

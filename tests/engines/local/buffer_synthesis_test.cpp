@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "audio/file_io.h"
+#include <speech/audio.h>
 #include "tests/engines/local/local_engine_test.h"
 
 namespace speech::test {
