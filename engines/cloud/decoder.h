@@ -13,9 +13,9 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 
+#include "base/memory.h"
 #include "framework/framework.h"
 
 namespace speech {
@@ -38,11 +38,6 @@ class CDecoder {
     void operator()(const unsigned char* bytes) const { delete[] bytes; }
   };
 
-  struct MallocDeleter {
-    void operator()(void* block) const { std::free(block); }
-  };
-  using MallocBlock = std::unique_ptr<unsigned char, MallocDeleter>;
-
   /// Loads a WAV file whole. On failure payload and format stay as they were.
   int openWav(const wchar_t* path);
 
@@ -64,7 +59,7 @@ class CDecoder {
   /// Reads an open stream from its beginning to its end.
   /// @param size  receives the number of bytes
   /// @return the bytes; null when the stream's size is unknown or memory is short
-  static MallocBlock loadWholeFile(std::FILE* stream, std::size_t& size);
+  static MallocBlock<unsigned char> loadWholeFile(std::FILE* stream, std::size_t& size);
 
  private:
   std::shared_ptr<unsigned char> payload_;

@@ -3,18 +3,17 @@
 #include <curl/curl.h>
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "base/file.h"
 #include "engines/cloud/skyvo.h"
-#include "engines/cloud/temporary_names.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/module_state.h"
+#include "win32/paths.h"
 #include "win32/text.h"
 
 namespace speech {
@@ -23,24 +22,21 @@ const char* const kServiceEndpoint = SPEECH_CLOUD_ENDPOINT;
 
 namespace {
 
-constexpr const wchar_t* kServiceKey = L"9e4b1c7a2d6f8e0a3b5c7d9f1e2a4c6b";
-constexpr const wchar_t* kAudioFormat = L"pcm";
+constexpr std::string_view kServiceKey = "9e4b1c7a2d6f8e0a3b5c7d9f1e2a4c6b";
 constexpr const char* kAudioType = "audio/wav";
 constexpr int kLineBytes = 1024;
 
-/// Where a reply goes. One request runs at a time.
-struct ReplyStreams {
-  std::FILE* body;
-  std::FILE* headers;
+/// Where a reply goes.
+struct ReplyFiles {
+  File body, headers;
 };
-ReplyStreams g_replyStreams;
 
-std::size_t writeHeader(const char* data, std::size_t size, std::size_t count, void* streams) {
-  return std::fwrite(data, size, count, static_cast<ReplyStreams*>(streams)->headers);
+std::size_t writeBody(const char* data, std::size_t size, std::size_t count, void* reply) {
+  return std::fwrite(data, size, count, static_cast<ReplyFiles*>(reply)->body.get());
 }
 
-std::size_t writeBody(const char* data, std::size_t size, std::size_t count, void* streams) {
-  return std::fwrite(data, size, count, static_cast<ReplyStreams*>(streams)->body);
+std::size_t writeHeader(const char* data, std::size_t size, std::size_t count, void* reply) {
+  return std::fwrite(data, size, count, static_cast<ReplyFiles*>(reply)->headers.get());
 }
 
 struct CurlTextDeleter {
@@ -50,17 +46,47 @@ struct GlobalCleanUp {
   ~GlobalCleanUp() { curl_global_cleanup(); }
 };
 
-/// Kept: far more than the form needs, since every character of the text counts three times.
-std::size_t formBufferSize(std::size_t voiceLength, std::size_t languageLength, std::size_t escapedLength) {
-  return std::wcslen(kServiceKey) + voiceLength + languageLength + 3 * escapedLength + 67;
+/// What is posted. Kept: voice and language go out as they stand; only the text is escaped.
+std::string makeForm(const LXAPIProduct& product, CURL* transfer, const wchar_t* text, bool isSsml) {
+  const CStringW voice = product.getEngineKey1(), language = product.getLanguageCode();
+  const std::string utf8 = toUtf8(textOrEmpty(text));
+  const std::unique_ptr<char, CurlTextDeleter> escaped(
+      curl_easy_escape(transfer, utf8.c_str(), static_cast<int>(utf8.size())));
+  if (!escaped) throw std::bad_alloc();  // longer than the transfer library takes
+
+  std::string form;
+  // Kept: far more than the form needs, since every character of the text counts three times.
+  form.reserve(kServiceKey.size() + static_cast<std::size_t>(voice.GetLength() + language.GetLength()) +
+               3 * std::strlen(escaped.get()) + 67);
+  form.append("streaming=0&key=").append(kServiceKey);
+  form.append("&voice=").append(toThreadCodePage(voice.GetString()));
+  form.append("&lang=").append(toThreadCodePage(language.GetString()));
+  form.append(isSsml ? "&ssml=" : "&text=").append(escaped.get());
+  return form.append("&audioformat=pcm");
 }
 
-CDecoder::MallocBlock makeFormBuffer(const std::string& form, std::size_t size) {
-  // A voice whose name takes several bytes a character may need more than the rule gives.
-  CDecoder::MallocBlock buffer(static_cast<unsigned char*>(std::malloc(std::max(size, form.size() + 1))));
-  if (!buffer) throw std::bad_alloc();
-  std::memcpy(buffer.get(), form.c_str(), form.size() + 1);
-  return buffer;
+/// @param errorText  receives what went wrong; of CURL_ERROR_SIZE bytes
+CURLcode post(CURL* transfer, const char* url, const std::string& form, ReplyFiles& reply, char* errorText) {
+  curl_easy_setopt(transfer, CURLOPT_URL, url);
+  curl_easy_setopt(transfer, CURLOPT_FOLLOWLOCATION, 1L);
+  curl_easy_setopt(transfer, CURLOPT_HEADERFUNCTION, writeHeader);
+  curl_easy_setopt(transfer, CURLOPT_HEADERDATA, &reply);
+  curl_easy_setopt(transfer, CURLOPT_POSTFIELDS, form.c_str());
+  curl_easy_setopt(transfer, CURLOPT_POSTFIELDSIZE, static_cast<long>(form.size()));
+  curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, writeBody);
+  curl_easy_setopt(transfer, CURLOPT_WRITEDATA, &reply);
+  curl_easy_setopt(transfer, CURLOPT_ERRORBUFFER, errorText);
+  return curl_easy_perform(transfer);
+}
+
+/// Whether any header line names WAV sound, those of redirecting replies included.
+bool isAudioReply(const std::string& headerPath) {
+  const File headers = openFile(headerPath.c_str(), "rb");
+  char line[kLineBytes];
+  while (headers && std::fgets(line, kLineBytes, headers.get()) != nullptr) {
+    if (std::strstr(line, kAudioType) != nullptr) return true;
+  }
+  return false;
 }
 
 /// Sends the host a text that says what went wrong.
@@ -71,18 +97,8 @@ void sendErrorText(char* text) {
   SendMessageW(g_hostWindow, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy));
 }
 
-/// Whether any header line speaks of WAV sound, those of redirecting replies included.
-bool isAudioReply(const char* headerPath) {
-  const File headers = openFile(headerPath, "rb");
-  char line[kLineBytes];
-  while (headers && std::fgets(line, kLineBytes, headers.get()) != nullptr) {
-    if (std::strstr(line, kAudioType) != nullptr) return true;
-  }
-  return false;
-}
-
-void sendFirstLine(const char* bodyPath) {
-  const File body = openFile(bodyPath, "rb");
+void sendFirstLine(const std::string& bodyPath) {
+  const File body = openFile(bodyPath.c_str(), "rb");
   char line[kLineBytes] = {};
   if (body) static_cast<void>(std::fgets(line, kLineBytes, body.get()));
   sendErrorText(line);
@@ -90,71 +106,39 @@ void sendFirstLine(const char* bodyPath) {
 
 }  // namespace
 
-bool Skyvo::requestSpeech(const wchar_t* text, bool useSsml, const wchar_t* outputPath) {
-  if (guarded(false, [&] { return exchange(text, useSsml, outputPath); })) return true;
+bool Skyvo::requestSpeech(const wchar_t* text, bool isSsml, const wchar_t* outputPath) {
+  if (guarded(false, [&] { return exchange(text, isSsml, outputPath); })) return true;
   postNotice(kNoticeFinishedOrFailed, kDetailFinishedOrFailed);
   return false;
 }
 
-// Kept: the easy handle is never cleaned up; that is what a request leaks.
-bool Skyvo::exchange(const wchar_t* text, bool useSsml, const wchar_t* outputPath) const {
-  char errorText[CURL_ERROR_SIZE] = {};
+bool Skyvo::exchange(const wchar_t* text, bool isSsml, const wchar_t* outputPath) const {
   curl_global_init(CURL_GLOBAL_ALL);
-  CURL* const handle = curl_easy_init();
-  if (handle == nullptr) return false;
-  curl_easy_setopt(handle, CURLOPT_URL, serviceEndpoint_);
-  curl_easy_setopt(handle, CURLOPT_FOLLOWLOCATION, 1L);
-  curl_easy_setopt(handle, CURLOPT_HEADERFUNCTION, writeHeader);
+  CURL* const transfer = curl_easy_init();  // Kept: never cleaned up, so every request leaks it.
+  if (transfer == nullptr) return false;
 
-  const std::string headerPath = toThreadCodePage(makeTempPath(L".txt").GetString());
   const std::string bodyPath = toThreadCodePage(textOrEmpty(outputPath));
-  g_replyStreams.body = std::fopen(bodyPath.c_str(), "wb");
-  g_replyStreams.headers = std::fopen(headerPath.c_str(), "wb");
-  curl_easy_setopt(handle, CURLOPT_HEADERDATA, &g_replyStreams);
-  // Kept: when one of the two cannot be opened, the other stays open.
-  if (g_replyStreams.body == nullptr || g_replyStreams.headers == nullptr) return false;
-
-  CURLcode result = CURLE_OK;
-  {
-    const GlobalCleanUp cleanUp;
-    CDecoder::MallocBlock form;
-    std::unique_ptr<char, CurlTextDeleter> escaped;
-    const File headers(g_replyStreams.headers);
-    const File body(g_replyStreams.body);
-
-    const std::string utf8 = toUtf8(textOrEmpty(text));
-    escaped.reset(curl_easy_escape(handle, utf8.c_str(), static_cast<int>(utf8.size())));
-    if (!escaped) return false;  // longer than the transfer library takes
-    const std::wstring wideEscaped = fromThreadCodePage(escaped.get());
-    form = makeFormBuffer(toThreadCodePage(formBody(wideEscaped.c_str(), useSsml).GetString()),
-                          formBufferSize(static_cast<std::size_t>(product_->getEngineKey1().GetLength()),
-                                         static_cast<std::size_t>(product_->getLanguageCode().GetLength()),
-                                         wideEscaped.size()));
-    const char* const fields = reinterpret_cast<const char*>(form.get());
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDS, fields);
-    curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE, static_cast<long>(std::strlen(fields)));
-    curl_easy_setopt(handle, CURLOPT_WRITEFUNCTION, writeBody);
-    curl_easy_setopt(handle, CURLOPT_WRITEDATA, &g_replyStreams);
-    curl_easy_setopt(handle, CURLOPT_ERRORBUFFER, errorText);
-    result = curl_easy_perform(handle);
+  const std::string headerPath = toThreadCodePage(newTemporaryPath(L".txt"));
+  ReplyFiles reply{openFile(bodyPath.c_str(), "wb"), openFile(headerPath.c_str(), "wb")};
+  if (!reply.body || !reply.headers) {
+    // Kept: when one of the two cannot be opened, the other stays open.
+    static_cast<void>(reply.body.release());
+    static_cast<void>(reply.headers.release());
+    return false;
   }
+
+  const GlobalCleanUp cleanUp;
+  char errorText[CURL_ERROR_SIZE] = {};
+  const CURLcode result =
+      post(transfer, serviceEndpoint_, makeForm(*product_, transfer, text, isSsml), reply, errorText);
+  reply = {};
   if (result != CURLE_OK) {
     sendErrorText(errorText);
     return false;
   }
-  if (isAudioReply(headerPath.c_str())) return true;
-  sendFirstLine(bodyPath.c_str());
+  if (isAudioReply(headerPath)) return true;
+  sendFirstLine(bodyPath);
   return false;
-}
-
-// Kept: voice and language go out as they stand; only the text is escaped.
-CStringW Skyvo::formBody(const wchar_t* escapedText, bool useSsml) const {
-  CStringW form;
-  form.Format(useSsml ? L"streaming=0&key=%s&voice=%s&lang=%s&ssml=%s&audioformat=%s"
-                      : L"streaming=0&key=%s&voice=%s&lang=%s&text=%s&audioformat=%s",
-              kServiceKey, product_->getEngineKey1().GetString(), product_->getLanguageCode().GetString(),
-              escapedText, kAudioFormat);
-  return form;
 }
 
 }  // namespace speech

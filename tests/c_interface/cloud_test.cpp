@@ -6,7 +6,7 @@
 
 #include "engines/shared/module_state.h"
 #include "tests/c_interface/c_interface_fixture.h"
-#include "tests/engines/cloud/faulty_service.h"
+#include "tests/support/faulty_service.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
 

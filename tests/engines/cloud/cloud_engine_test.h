@@ -11,6 +11,7 @@
 #include "speech/engine_info.h"
 #include "tests/support/file_content.h"
 #include "tests/support/host_window.h"
+#include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 #include "win32/text.h"
 
@@ -27,9 +28,7 @@ class CloudEngineTest : public ::testing::Test {
     g_hostWindow = host_.handle();
     g_noticeMessage = HostWindow::kNoticeMessage;
     g_endNoticeHeld = false;
-    SetEnvironmentVariableW(L"TMP", temporary_.path().c_str());
   }
-  ~CloudEngineTest() override { SetEnvironmentVariableW(L"TMP", formerFolder_.c_str()); }
 
   std::filesystem::path output() const { return temporary_ / L"output.wav"; }
 
@@ -44,20 +43,23 @@ class CloudEngineTest : public ::testing::Test {
     return found;
   }
 
-  static LXAPIProduct::EngineInfo voiceInfo(int sampleRateHz = 22050) {
+  /// Waits longer than anything that might still be under way.
+  std::vector<Notice> noticesUntilQuiet() {
+    Sleep(300);
+    return host_.takeNotices();
+  }
+
+  static LXAPIProduct::EngineInfo voiceInfo() {
     LXAPIProduct::EngineInfo info;
     info.engineKey1 = L"Vox";
     info.languageCode = L"en-US";
     info.engineType = L"skyvo";
-    info.sampleRateHz = sampleRateHz;
+    info.sampleRateHz = 22050;
     return info;
   }
 
- private:
-  std::wstring formerFolder_ = std::filesystem::temp_directory_path().wstring();
-
- protected:
   TemporaryFolder temporary_{L"cloud"};
+  ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
   HostWindow host_;
   LXAPIProduct voice_{voiceInfo()};
 };

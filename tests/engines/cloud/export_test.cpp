@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "tests/engines/cloud/cloud_engine_test.h"
-#include "tests/engines/cloud/faulty_service.h"
+#include "tests/support/faulty_service.h"
 #include "tests/support/scoped_environment.h"
 #include "win32/paths.h"
 
@@ -18,6 +18,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr int kAt8000 = 0, kAt16000 = 1, kAt22050 = 2;
+
+const std::string kNoWav = "body:audio/wav:" + std::string(1000, '-');
 
 std::string quoted(const std::filesystem::path& path) { return '"' + path.string() + '"'; }
 
@@ -143,7 +145,7 @@ TEST_F(CloudExport, FailsWithoutAReplyThatCanBeConvertedAndWritten) {
   EXPECT_EQ(save(5, kAt16000, "error:500:no"), 0);
   EXPECT_THAT(host_.copiedTexts(), testing::AllOf(SizeIs(4), Each("no\n")));
   EXPECT_THAT(host_.takeNotices(), testing::AllOf(SizeIs(4), Each(kFailure)));
-  for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000, "not-a-wav"), 0) << format;
+  for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000, kNoWav), 0) << format;
   EXPECT_THAT(loggedFiles(), IsEmpty());
   for (const int format : {0, 5}) {
     service_.answerNext("speech");
@@ -151,6 +153,15 @@ TEST_F(CloudExport, FailsWithoutAReplyThatCanBeConvertedAndWritten) {
     EXPECT_EQ(engine_.textToFile(L"text", nowhere.c_str(), format, false, kAt22050, false), 0) << format;
     _fcloseall();  // the failed request's header file
   }
+}
+
+TEST_F(CloudExport, ConvertsWhatIsThereOfAReplyThatOverstatesItsSize) {
+  EXPECT_EQ(save(5, kAt16000, "speech:250"), 1);
+  const std::string converted = test::readFile(output());
+  EXPECT_EQ(save(5, kAt16000, "overstated:4"), 1);
+  EXPECT_EQ(test::readFile(output()), converted);
+  EXPECT_EQ(save(0, kAt16000, "overstated:4"), 1);
+  EXPECT_EQ(test::readFile(output()), converted.substr(44));
 }
 
 TEST_F(CloudExport, LogsNothingUnlessAsked) {

@@ -8,28 +8,19 @@ import pathlib
 import subprocess
 import sys
 
-# name, rate in Hz, channels, SoX's compression: a rate in kbit/s, or a negative quality for variable rates
-SAMPLES = [
-    ("mpeg1_stereo_constant", 44100, 2, "192"),
-    ("mpeg1_mono_variable", 48000, 1, "-2.2"),
-    ("mpeg1_stereo_variable", 32000, 2, "-5.2"),
-    ("mpeg2_mono_constant", 22050, 1, "64"),
-    ("mpeg2_stereo_variable", 24000, 2, "-4.2"),
-    ("mpeg2_mono_variable", 16000, 1, "-4.2"),
-    ("mpeg25_mono_constant", 8000, 1, "32"),
-    ("mpeg25_stereo_constant", 11025, 2, "48"),
-    ("mpeg25_mono_variable", 12000, 1, "-4.2"),
-]
+# rate in Hz, channels, SoX's compression: a rate in kbit/s, or a negative quality for variable rates
+SAMPLES = [(44100, 2, "192"), (48000, 1, "-2.2"), (32000, 2, "-5.2"), (22050, 1, "64"), (24000, 2, "-4.2"),
+           (16000, 1, "-4.2"), (8000, 1, "32"), (11025, 2, "48"), (12000, 1, "-4.2")]
 
 
 def main():
     sox, mpg123, folder = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
     folder.mkdir(parents=True, exist_ok=True)
-    for name, rate, channels, compression in SAMPLES:
-        mp3, raw = folder / f"{name}.mp3", folder / f"{name}.raw"
+    for rate, channels, compression in SAMPLES:
+        mp3 = folder / f"{rate}x{channels}.mp3"
         subprocess.run([sox, "-R", "-n", "-r", str(rate), "-c", str(channels), "-C", compression, mp3,
                         "synth", "1.5", "sine", "200-3000", "synth", "pinknoise", "mix", "gain", "-9"], check=True)
-        with raw.open("wb") as out:
+        with mp3.with_suffix(".raw").open("wb") as out:
             subprocess.run([mpg123, "-q", "-s", "-e", "s16", "--no-gapless", "--no-resync", mp3], stdout=out, check=True)
 
 

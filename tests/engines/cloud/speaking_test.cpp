@@ -1,7 +1,7 @@
 // Speaking through a service on a real socket and a real sound device.
 
 #include "tests/engines/cloud/cloud_engine_test.h"
-#include "tests/engines/cloud/faulty_service.h"
+#include "tests/support/faulty_service.h"
 #include "tests/support/recording_engine.h"
 
 namespace speech {
@@ -16,11 +16,6 @@ class CloudSpeaking : public test::CloudEngineTest {
   bool speak(const std::string& reply, bool isSsml = false) {
     service_.answerNext(reply);
     return engine_->speak(L"<text>", isSsml);
-  }
-
-  std::vector<test::Notice> noticesUntilQuiet() {
-    Sleep(300);
-    return host_.takeNotices();
   }
 
   test::FaultyService service_;
@@ -39,16 +34,6 @@ TEST_F(CloudSpeaking, PostsTheStartThenTheEnd) {
   EXPECT_TRUE(engine_->stop());
   EXPECT_FALSE(engine_->isSpeaking());
   EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
-}
-
-TEST_F(CloudSpeaking, PausesWithoutANoticeAndGoesOn) {
-  ASSERT_TRUE(speak("speech:400"));
-  EXPECT_EQ(host_.waitForNotice(), kStarted);
-  Sleep(100);
-  EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
-  EXPECT_TRUE(engine_->pauseResume());
-  EXPECT_EQ(host_.waitForNotice(), kEnded);
 }
 
 TEST_F(CloudSpeaking, StoppingWhilePausedPostsTheEndAndStaysPausedUntilTheNextSpeech) {
@@ -78,9 +63,8 @@ TEST_F(CloudSpeaking, ARefusedRequestLeavesTheFlagsAndWhatPlays) {
 }
 
 TEST_F(CloudSpeaking, AReplyThatCannotBePlayedIsRefusedWithoutANotice) {
-  for (const char* reply : {"not-a-wav", "empty", "stray-header"}) {
+  for (const char* reply : {"body:audio/wav:something else", "body:audio/wav:"})
     EXPECT_FALSE(speak(reply)) << reply;
-  }
   EXPECT_FALSE(engine_->isSpeaking());
   EXPECT_THAT(host_.copiedTexts(), IsEmpty());
   EXPECT_THAT(noticesUntilQuiet(), IsEmpty());
@@ -94,22 +78,18 @@ TEST_F(CloudSpeaking, LeavesReplyAndHeadersBehindAndEndsSilentlyWhenDeleted) {
   EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted));
 }
 
-TEST_F(CloudSpeaking, SaysNothingWhereItHasNoUse) {
+TEST_F(CloudSpeaking, HasFixedAnswersWhereItHasNoUse) {
   EXPECT_TRUE(engine_->initialize());
-  EXPECT_EQ(engine_->applyOptions(*voice_.getOptions()), 0);
-  EXPECT_EQ(engine_->getUserDictLimit(0), -1);
-  EXPECT_EQ(engine_->loadUserDict("words.csv"), 0);
-  EXPECT_EQ(engine_->unloadUserDict(0), 0);
-  EXPECT_EQ(engine_->checkUserDictTargetNorm(0), -1);
-  EXPECT_EQ(engine_->checkUserDictTargetPhon(0), -1);
-  EXPECT_EQ(engine_->checkUserDictSubstitution(0), -1);
-  EXPECT_EQ(engine_->checkUserDictSourceNorm(0), -1);
-  EXPECT_EQ(engine_->checkUserDictSourceLen(0), -1);
-  EXPECT_EQ(engine_->csvParserMakeCsv(0, 0, 0, 0), -1);
-  EXPECT_EQ(engine_->getPinyinActiveInfo(0, 0), -1);
-  EXPECT_EQ(engine_->csvParserInit(), 0);
-  EXPECT_EQ(engine_->csvParserParsing(0, 0), -1);
-  EXPECT_EQ(engine_->csvParserGetNfields(0), -1);
+  for (const int answer :
+       {engine_->applyOptions(*voice_.getOptions()), int{engine_->loadUserDict("words.csv")},
+        engine_->unloadUserDict(0), static_cast<int>(engine_->csvParserInit())})
+    EXPECT_EQ(answer, 0);
+  for (const int answer : {engine_->getUserDictLimit(0), engine_->checkUserDictTargetNorm(0),
+                           engine_->checkUserDictTargetPhon(0), engine_->checkUserDictSubstitution(0),
+                           engine_->checkUserDictSourceNorm(0), engine_->checkUserDictSourceLen(0),
+                           engine_->csvParserMakeCsv(0, 0, 0, 0), engine_->getPinyinActiveInfo(0, 0),
+                           engine_->csvParserParsing(0, 0), engine_->csvParserGetNfields(0)})
+    EXPECT_EQ(answer, -1);
   EXPECT_NE(engine_->csvParserGetField(0, 0), nullptr);
 }
 

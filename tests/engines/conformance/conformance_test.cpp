@@ -5,10 +5,10 @@
 #include <utility>
 
 #include "tests/engines/cloud/cloud_engine_test.h"
-#include "tests/engines/cloud/faulty_service.h"
-#include "tests/engines/cloud/wav_bytes.h"
+#include "tests/support/faulty_service.h"
 #include "tests/support/recording_engine.h"
 #include "tests/support/scoped_environment.h"
+#include "tests/support/wav_bytes.h"
 #include "win32/paths.h"
 
 namespace speech {
