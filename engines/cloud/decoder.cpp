@@ -20,7 +20,7 @@
 #include <span>
 #include <string>
 
-#include "audio/wav_header.h"
+#include <speech/audio.h>
 #include "base/file.h"
 #include "engines/shared/raw_pcm.h"
 #include "win32/paths.h"
