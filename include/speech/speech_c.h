@@ -20,16 +20,22 @@
  * left alone when it fails. No exception leaves a function; null pointers, handles of closed engines and
  * malformed text are errors, never crashes.
  *
- * Text: functions take UTF-8; those whose names end in _w take UTF-16. Every text is zero-terminated. A text
- * that the library hands out goes into the caller's buffer, terminated; `length` (may be null) receives its
- * length without the terminator, in bytes of UTF-8 or units of UTF-16, also when the buffer is too small
- * (SPEECH_ERROR_BUFFER; a null buffer of capacity 0 asks for the length).
+ * Every function can answer SPEECH_ERROR_ARGUMENT (a null pointer that may not be null, an unknown number),
+ * SPEECH_ERROR_WRONG_THREAD and SPEECH_ERROR_MEMORY, one that takes an engine SPEECH_ERROR_HANDLE and
+ * SPEECH_ERROR_BUSY, one that takes a voice SPEECH_ERROR_VOICE, one that takes text SPEECH_ERROR_TEXT, and
+ * one that fills a buffer SPEECH_ERROR_BUFFER. The headers name what comes besides.
+ *
+ * Text: functions take UTF-8; those whose names end in _w do the same in UTF-16. Every text is
+ * zero-terminated. A text that the library hands out goes into the caller's buffer, terminated. `capacity` is
+ * the buffer's size and `length` (may be null) receives the text's length without the terminator, both in
+ * bytes of UTF-8 or units of UTF-16. It receives it also when the buffer is too small (SPEECH_ERROR_BUFFER);
+ * a null buffer of capacity 0 asks for the length.
  *
  * Thread: the first call makes its thread the library's until speech_release; other threads get
  * SPEECH_ERROR_WRONG_THREAD. Events arrive on that thread while it dispatches window messages or is inside
- * speech_wait. A callback may call any function, speech_engine_close and speech_release included, but what
- * runs a program (exports, the dictionary editor) dispatches messages meanwhile: a callback that comes then
- * gets SPEECH_ERROR_BUSY from every function that needs the library.
+ * speech_wait. A callback may call any function, speech_engine_close and speech_release included. But what
+ * runs a program (exports, the dictionary editor) dispatches messages meanwhile, and for a callback that
+ * comes then most functions answer SPEECH_ERROR_BUSY.
  *
  * One engine at a time: the process has one live engine. To change voices close the engine and open another.
  * A program uses either this interface or the C++ one, not both at once.

@@ -33,76 +33,53 @@ typedef struct SpeechEvent {
 } SpeechEvent;
 
 /** Receives events on the library's thread. Must not throw.
- * @param user   what speech_engine_open was given
- * @param event  valid during the call */
+ * @param user  what speech_engine_open was given */
 typedef void(SPEECH_CALL* SpeechCallback)(void* user, const SpeechEvent* event);
 
 /** @name Engines
  * @{ */
 
-/** Opens the engine of a voice and loads it. Programs that are needed (sox.exe) are looked for beside the
- * library.
- * @param voice     from 0
+/** Opens the engine of a voice and loads it. It looks for sox.exe beside the library.
  * @param callback  receives the events; may be null
  * @param user      handed to the callback as it is
- * @param engine    receives the handle
- * @return SPEECH_OK, ARGUMENT, VOICE, LOAD, ENGINE_OPEN, WRONG_THREAD */
+ * @return also LOAD, ENGINE_OPEN, BUSY */
 SPEECH_API int32_t SPEECH_CALL speech_engine_open(int32_t voice, SpeechCallback callback, void* user,
                                                   SpeechEngine* engine);
 
-/** Has every event sent to a window as well: `message` with the kind in wParam and the SpeechEvent's
- * address in lParam. It is sent, not posted, so that the record is valid while the window handles it.
- * @param engine   an open engine
- * @param window   a window (HWND) of this thread; null to end it
- * @param message  a message number of the program's own
- * @return SPEECH_OK, HANDLE, WRONG_THREAD; ARGUMENT when it is no window of this thread */
+/** Sends every event to a window as well: `message` with the kind in wParam and the SpeechEvent's address in
+ * lParam. It is sent, not posted, so that the record is valid while the window handles it.
+ * @param window   a window (HWND) of this thread, else SPEECH_ERROR_ARGUMENT; null to end it
+ * @param message  a message number of the program's own */
 SPEECH_API int32_t SPEECH_CALL speech_engine_window(SpeechEngine engine, void* window, uint32_t message);
 
-/** Switches the delivery of events off, or on again; an engine is opened with it on. What comes meanwhile
- * is not delivered later. speech_state and speech_wait follow the speech all the same.
- * @param engine  an open engine
- * @param on      0 for off, anything else for on
- * @return SPEECH_OK, HANDLE, WRONG_THREAD */
+/** Switches the delivery of events off (0) or on again. An engine is opened with it on. What happens while it
+ * is off is not delivered later. speech_state and speech_wait follow the speech all the same. */
 SPEECH_API int32_t SPEECH_CALL speech_engine_events(SpeechEngine engine, int32_t on);
 
-/** The voice of an engine.
- * @param engine  an open engine
- * @param voice   receives its index
- * @return SPEECH_OK, ARGUMENT, HANDLE, WRONG_THREAD */
+/** The voice of an engine. */
 SPEECH_API int32_t SPEECH_CALL speech_engine_voice(SpeechEngine engine, int32_t* voice);
 
-/** Unloads the engine and loads it again, for instance after its data have changed. Speech is stopped
- * first.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, LOAD, WRONG_THREAD */
+/** Stops the speech, unloads the engine and loads it again, for instance after its data have changed.
+ * @return also LOAD */
 SPEECH_API int32_t SPEECH_CALL speech_engine_reload(SpeechEngine engine);
 
-/** Gives back what the engine holds in memory, and loads it again: a program that speaks seldom does
- * without meanwhile. An unloaded engine refuses texts. Speech is stopped first.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, WRONG_THREAD; LOAD when the engine refuses, as one does that is unloaded
- *   twice */
+/** Stops the speech and frees the memory that the engine needs. Until speech_engine_load it refuses texts.
+ * @return also LOAD when the engine refuses, as one does that is unloaded twice */
 SPEECH_API int32_t SPEECH_CALL speech_engine_unload(SpeechEngine engine);
-/** As speech_engine_unload, but loads. @copydetails speech_engine_unload */
+/** Loads the engine again after speech_engine_unload.
+ * @return also LOAD */
 SPEECH_API int32_t SPEECH_CALL speech_engine_load(SpeechEngine engine);
 
-/** Stops and unloads the engine. No event comes after this.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, BUSY, WRONG_THREAD */
+/** Stops and unloads the engine. No event comes after this. */
 SPEECH_API int32_t SPEECH_CALL speech_engine_close(SpeechEngine engine);
 
-/** Names the folder that holds sox.exe, with or without a backslash at its end.
- * @param engine  an open engine
- * @param folder  the folder
- * @return SPEECH_OK, ARGUMENT, HANDLE, TEXT, WRONG_THREAD */
+/** Names the folder that holds sox.exe, with or without a backslash at its end. */
 SPEECH_API int32_t SPEECH_CALL speech_set_tool_folder(SpeechEngine engine, const char* folder);
-/** As speech_set_tool_folder, in UTF-16. @copydetails speech_set_tool_folder */
+/** As speech_set_tool_folder, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_set_tool_folder_w(SpeechEngine engine, const wchar_t* folder);
 
 /** Chooses the sound device for the next speech of a local voice.
- * @param engine  an open engine
- * @param device  device number from 0; -1 for the system's default
- * @return SPEECH_OK, ARGUMENT, HANDLE, WRONG_THREAD */
+ * @param device  from 0; -1 for the system's default */
 SPEECH_API int32_t SPEECH_CALL speech_set_output_device(SpeechEngine engine, int32_t device);
 
 /** @} */

@@ -35,53 +35,43 @@ typedef struct SpeechAudio {
 
 /** Synthesizes a text into a sound file. The file appears complete or not at all: a failure leaves a file
  * that was there before as it was.
- * @param engine       an open engine
- * @param text         what to speak
  * @param flags        SPEECH_FLAG_SSML, SPEECH_FLAG_LOG
  * @param format       SpeechFormat; the path's extension does not matter
  * @param sample_rate  8000, 16000, 22050, 44100 or 48000 Hz; 0 for the voice's own (22050 where that is
  *   none of them)
- * @param path         the file
- * @return SPEECH_OK, ARGUMENT, HANDLE, TEXT, REFUSED, SERVICE, UNSUPPORTED, TOOL, FILE, WRONG_THREAD; BUSY
- *   while the engine speaks */
+ * @return also REFUSED, SERVICE, UNSUPPORTED, TOOL, FILE, and BUSY while the engine speaks */
 SPEECH_API int32_t SPEECH_CALL speech_export(SpeechEngine engine, const char* text, uint32_t flags,
                                              int32_t format, int32_t sample_rate, const char* path);
-/** As speech_export, in UTF-16. @copydetails speech_export */
+/** As speech_export, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_export_w(SpeechEngine engine, const wchar_t* text, uint32_t flags,
                                                int32_t format, int32_t sample_rate, const wchar_t* path);
 
 /** Writes samples into a sound file, complete or not at all.
- * @param engine       an open engine
  * @param samples      16-bit mono samples
  * @param byte_count   their size in bytes, even and below 2^31
  * @param sample_rate  their rate in hertz, 1 to 768000
  * @param format       SPEECH_FORMAT_PCM, WAV, OGG, GSM or MP3
- * @param path         the file
- * @return SPEECH_OK, ARGUMENT, HANDLE, TEXT, UNSUPPORTED, TOOL, FILE, BUSY, WRONG_THREAD */
+ * @return also UNSUPPORTED, TOOL, FILE */
 SPEECH_API int32_t SPEECH_CALL speech_export_samples(SpeechEngine engine, const void* samples,
                                                      uint32_t byte_count, int32_t sample_rate, int32_t format,
                                                      const char* path);
-/** As speech_export_samples, with a UTF-16 path. @copydetails speech_export_samples */
+/** As speech_export_samples, with a UTF-16 path. */
 SPEECH_API int32_t SPEECH_CALL speech_export_samples_w(SpeechEngine engine, const void* samples,
                                                        uint32_t byte_count, int32_t sample_rate,
                                                        int32_t format, const wchar_t* path);
 
 /** Synthesizes a text into memory.
- * @param engine       an open engine
- * @param text         what to speak
  * @param flags        SPEECH_FLAG_SSML
- * @param sample_rate  in hertz, 0 for the voice's own; a cloud voice knows those of speech_export only
- * @param audio        receives the samples
- * @return SPEECH_OK, ARGUMENT, HANDLE, TEXT, REFUSED, SERVICE, UNSUPPORTED, MEMORY, WRONG_THREAD; BUSY
- *   while the engine speaks */
+ * @param sample_rate  in hertz, 0 for the voice's own; a cloud voice knows only those of speech_export
+ * @return also REFUSED, SERVICE, UNSUPPORTED, and BUSY while the engine speaks */
 SPEECH_API int32_t SPEECH_CALL speech_synthesize(SpeechEngine engine, const char* text, uint32_t flags,
                                                  int32_t sample_rate, SpeechAudio* audio);
-/** As speech_synthesize, in UTF-16. @copydetails speech_synthesize */
+/** As speech_synthesize, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_synthesize_w(SpeechEngine engine, const wchar_t* text, uint32_t flags,
                                                    int32_t sample_rate, SpeechAudio* audio);
 
-/** Releases the samples and empties the record. Null and empty records are fine. Any thread.
- * @param audio  filled by speech_synthesize */
+/** Releases the samples of speech_synthesize and empties the record. Null and empty records are fine. Any
+ * thread. */
 SPEECH_API void SPEECH_CALL speech_audio_free(SpeechAudio* audio);
 
 /** @} */

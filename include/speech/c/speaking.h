@@ -29,44 +29,33 @@ enum SpeechState {
  * stopped before. Every text that the engine or the service refuses leads to one FAILED, besides the result.
  * @{ */
 
-/** Speaks a text and returns once it is accepted. A cloud voice is asked for its sound first, which can
- * take as long as the network does. Events that are due are delivered first.
- * @param engine  an open engine
- * @param text    what to speak
- * @param flags   SPEECH_FLAG_SSML, SPEECH_FLAG_INTERRUPT
- * @return SPEECH_OK, ARGUMENT, HANDLE, TEXT, REFUSED, SERVICE, WRONG_THREAD; BUSY while the engine speaks
- *   or pauses */
+/** Speaks a text and returns once it is accepted. The sound of a cloud voice is fetched before that, which
+ * can take as long as the network does. Events that are due are delivered first.
+ * @param flags  SPEECH_FLAG_SSML, SPEECH_FLAG_INTERRUPT
+ * @return also REFUSED, SERVICE, and BUSY while the engine speaks or pauses */
 SPEECH_API int32_t SPEECH_CALL speech_speak(SpeechEngine engine, const char* text, uint32_t flags);
-/** As speech_speak, in UTF-16. @copydetails speech_speak */
+/** As speech_speak, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_speak_w(SpeechEngine engine, const wchar_t* text, uint32_t flags);
 
 /** Halts playback. Harmless when it is halted.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, STATE, WRONG_THREAD */
+ * @return also STATE when nothing is spoken */
 SPEECH_API int32_t SPEECH_CALL speech_pause(SpeechEngine engine);
 
-/** Goes on after speech_pause. Harmless when nothing is paused but a speech runs.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, STATE, WRONG_THREAD */
+/** Goes on after speech_pause. Harmless when playback is not halted.
+ * @return also STATE when nothing is spoken */
 SPEECH_API int32_t SPEECH_CALL speech_resume(SpeechEngine engine);
 
-/** Silences at once and forgets the rest of the text. No event of that speech comes after this. Harmless
- * when nothing is spoken.
- * @param engine  an open engine
- * @return SPEECH_OK, HANDLE, WRONG_THREAD */
+/** Silences at once and drops the rest of the text. No event of that speech comes after this. Harmless when
+ * nothing is spoken. */
 SPEECH_API int32_t SPEECH_CALL speech_stop(SpeechEngine engine);
 
 /** What the engine is doing. A speech counts as running until its FINISHED is delivered.
- * @param engine  an open engine
- * @param state   receives a SpeechState
- * @return SPEECH_OK, ARGUMENT, HANDLE, WRONG_THREAD */
+ * @param state  receives a SpeechState */
 SPEECH_API int32_t SPEECH_CALL speech_state(SpeechEngine engine, int32_t* state);
 
 /** Dispatches this thread's window messages, and with them events, until nothing is spoken any more.
- * @param engine      an open engine
- * @param timeout_ms  the longest time in milliseconds; 0 delivers what is due; negative: as long as it
- *   takes
- * @return SPEECH_OK, WRONG_THREAD, TIMEOUT, QUIT; HANDLE also when a callback closed the engine */
+ * @param timeout_ms  the longest time in milliseconds; 0 delivers what is due; negative: as long as it takes
+ * @return also TIMEOUT, QUIT, and HANDLE when a callback closed the engine */
 SPEECH_API int32_t SPEECH_CALL speech_wait(SpeechEngine engine, int32_t timeout_ms);
 
 /** @} */
@@ -74,15 +63,10 @@ SPEECH_API int32_t SPEECH_CALL speech_wait(SpeechEngine engine, int32_t timeout_
 /** @name Text
  * @{ */
 
-/** A text with & < > ' " replaced by XML entities, to be put into an SSML document. Any thread.
- * @param text      any text
- * @param buffer    receives the text; may be null when `capacity` is 0
- * @param capacity  size of `buffer` in bytes (_w: in units)
- * @param length    receives the text's length in bytes (_w: in units); may be null
- * @return SPEECH_OK, ARGUMENT, TEXT, BUFFER, MEMORY */
+/** A text with & < > ' " replaced by XML entities, for use in an SSML document. Any thread. */
 SPEECH_API int32_t SPEECH_CALL speech_escape_xml(const char* text, char* buffer, uint32_t capacity,
                                                  uint32_t* length);
-/** As speech_escape_xml, in UTF-16. @copydetails speech_escape_xml */
+/** As speech_escape_xml, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_escape_xml_w(const wchar_t* text, wchar_t* buffer, uint32_t capacity,
                                                    uint32_t* length);
 

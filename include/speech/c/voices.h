@@ -20,15 +20,15 @@ enum SpeechVoiceText {
   SPEECH_VOICE_GENDER = 5,             /**< "FEMALE", "MALE" or "UNKNOWN". */
   SPEECH_VOICE_ENGINE_TYPE = 6,        /**< "skyvo" in any case: a voice of the cloud service. */
   SPEECH_VOICE_INFO3 = 7,              /**< Free text of the engine library. */
-  SPEECH_VOICE_INFO4 = 8,              /**< Likewise. */
-  SPEECH_VOICE_INFO5 = 9,              /**< Likewise. */
-  SPEECH_VOICE_INFO7 = 10,             /**< Likewise. */
+  SPEECH_VOICE_INFO4 = 8,              /**< More of it. */
+  SPEECH_VOICE_INFO5 = 9,              /**< More of it. */
+  SPEECH_VOICE_INFO7 = 10,             /**< More of it. */
   SPEECH_VOICE_ENGINE_INFO1 = 11,      /**< Free text of the engine itself. */
-  SPEECH_VOICE_ENGINE_INFO2 = 12,      /**< Likewise. */
+  SPEECH_VOICE_ENGINE_INFO2 = 12,      /**< More of it. */
   SPEECH_VOICE_DICTIONARY_EDITOR = 13, /**< Path of the voice's dictionary editor. */
   SPEECH_VOICE_DICTIONARY_PATH2 = 14,  /**< Path of a dictionary file of the voice. */
-  SPEECH_VOICE_DICTIONARY_PATH3 = 15,  /**< Likewise; what the editor opens by itself. */
-  SPEECH_VOICE_GENDER_CODE = 16        /**< The gender as the engine library has it, such as "F" or "M". */
+  SPEECH_VOICE_DICTIONARY_PATH3 = 15,  /**< The one that the editor opens by itself. */
+  SPEECH_VOICE_GENDER_CODE = 16        /**< As the engine library has it, such as "F". */
 };
 
 /** Numbers of a voice (speech_voice_number). */
@@ -38,12 +38,12 @@ enum SpeechVoiceNumber {
   SPEECH_VOICE_IS_CLOUD = 2,    /**< 1 for a voice of the cloud service, else 0. */
   /** The voice's synthesis handle, as 32 bits, for programs that call the engine library themselves. */
   SPEECH_VOICE_SYNTHESIS_HANDLE = 3,
-  SPEECH_VOICE_ENGINE_HANDLE = 4 /**< Likewise: its engine handle. */
+  SPEECH_VOICE_ENGINE_HANDLE = 4 /**< The voice's engine handle, in the same way. */
 };
 
-/** Settings of a voice. Speed, pitch and volume: 100 is the voice's own; pauses are in the engine's unit (the
- * bundled engine library: milliseconds). The last two are kept with the voice for the program's own use: no
- * engine gets them, and any number will do. */
+/** Settings of a voice. Speed, pitch and volume: 100 is the voice's own. Pauses are in the engine's unit,
+ * milliseconds in the bundled engine library. The last two are kept with the voice for the program's own use:
+ * no engine gets them, and any number will do. */
 enum SpeechOption {
   SPEECH_OPTION_SPEED = 0,       /**< Speaking rate. */
   SPEECH_OPTION_VOLUME = 1,      /**< Loudness. */
@@ -59,44 +59,27 @@ enum SpeechOption {
  * first call that needs them takes a moment: it asks the engine library for all of them.
  * @{ */
 
-/** How many voices are installed. @param count receives the number @return SPEECH_OK, ARGUMENT, WRONG_THREAD
- */
+/** How many voices are installed. */
 SPEECH_API int32_t SPEECH_CALL speech_voice_count(int32_t* count);
 
-/** A text of a voice.
- * @param voice     from 0
- * @param which     SpeechVoiceText
- * @param buffer    receives the text; may be null when `capacity` is 0
- * @param capacity  size of `buffer` in bytes (_w: in units)
- * @param length    receives the text's length in bytes (_w: in units); may be null
- * @return SPEECH_OK, ARGUMENT, VOICE, BUFFER, WRONG_THREAD */
+/** A text of a voice. @param which SpeechVoiceText */
 SPEECH_API int32_t SPEECH_CALL speech_voice_text(int32_t voice, int32_t which, char* buffer,
                                                  uint32_t capacity, uint32_t* length);
-/** As speech_voice_text, in UTF-16. @copydetails speech_voice_text */
+/** As speech_voice_text, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_voice_text_w(int32_t voice, int32_t which, wchar_t* buffer,
                                                    uint32_t capacity, uint32_t* length);
 
-/** A number of a voice.
- * @param voice  from 0
- * @param which  SpeechVoiceNumber
- * @param value  receives the number
- * @return SPEECH_OK, ARGUMENT, VOICE, WRONG_THREAD */
+/** A number of a voice. @param which SpeechVoiceNumber */
 SPEECH_API int32_t SPEECH_CALL speech_voice_number(int32_t voice, int32_t which, int32_t* value);
 
-/** How many different language codes the voices have. @param count receives the number
- * @return SPEECH_OK, ARGUMENT, WRONG_THREAD */
+/** How many different language codes the voices have. */
 SPEECH_API int32_t SPEECH_CALL speech_language_count(int32_t* count);
 
-/** A language code by its place, in the order in which the voices bring them up; codes that differ in case
- * only are one.
- * @param index     from 0
- * @param buffer    receives the text; may be null when `capacity` is 0
- * @param capacity  size of `buffer` in bytes (_w: in units)
- * @param length    receives the text's length in bytes (_w: in units); may be null
- * @return SPEECH_OK, ARGUMENT, VOICE, BUFFER, WRONG_THREAD */
+/** A language code by its place from 0, in the order of the voices. Codes that differ only in case are one.
+ * @return VOICE when there is no such place */
 SPEECH_API int32_t SPEECH_CALL speech_language(int32_t index, char* buffer, uint32_t capacity,
                                                uint32_t* length);
-/** As speech_language, in UTF-16. @copydetails speech_language */
+/** As speech_language, in UTF-16. */
 SPEECH_API int32_t SPEECH_CALL speech_language_w(int32_t index, wchar_t* buffer, uint32_t capacity,
                                                  uint32_t* length);
 
@@ -107,40 +90,23 @@ SPEECH_API int32_t SPEECH_CALL speech_language_w(int32_t index, wchar_t* buffer,
  * effect with the next text.
  * @{ */
 
-/** The bounds and the default of an option. Each pointer may be null.
- * @param voice     from 0
- * @param option    SpeechOption
- * @param minimum   receives the lowest value
- * @param maximum   receives the highest value
- * @param standard  receives the default
- * @return SPEECH_OK, ARGUMENT, VOICE, WRONG_THREAD */
+/** The bounds and the default of an option. Each pointer may be null. */
 SPEECH_API int32_t SPEECH_CALL speech_option_range(int32_t voice, int32_t option, int32_t* minimum,
                                                    int32_t* maximum, int32_t* standard);
 
-/** The value of an option.
- * @param voice   from 0
- * @param option  SpeechOption
- * @param value   receives the value
- * @return SPEECH_OK, ARGUMENT, VOICE, WRONG_THREAD */
+/** The value of an option. */
 SPEECH_API int32_t SPEECH_CALL speech_option_get(int32_t voice, int32_t option, int32_t* value);
 
 /** Changes an option.
- * @param voice   from 0
- * @param option  SpeechOption
- * @param value   the new value
- * @return SPEECH_OK, ARGUMENT, VOICE, RANGE, WRONG_THREAD; REFUSED when the open engine does not take it */
+ * @return also RANGE, BUSY, and REFUSED when the open engine does not take it */
 SPEECH_API int32_t SPEECH_CALL speech_option_set(int32_t voice, int32_t option, int32_t value);
 
 /** Gives every option of a voice its default.
- * @param voice  from 0
- * @return as speech_option_set */
+ * @return also BUSY, and REFUSED when the open engine does not take them */
 SPEECH_API int32_t SPEECH_CALL speech_option_reset(int32_t voice);
 
-/** Whether options have changed that no engine has got yet: the voice's engine takes them when it is
- * opened.
- * @param voice    from 0
- * @param changed  receives 1 or 0
- * @return SPEECH_OK, ARGUMENT, VOICE, WRONG_THREAD */
+/** Whether options have changed that no engine has got yet, 1 or 0. The voice's engine gets them when it is
+ * opened. */
 SPEECH_API int32_t SPEECH_CALL speech_option_changed(int32_t voice, int32_t* changed);
 
 /** @} */
