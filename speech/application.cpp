@@ -1,17 +1,21 @@
-#include "speech/application.h"
-
+#include "framework/framework.h"
 #include "framework/sockets.h"
 #include "speech/resources.h"
 
 namespace {
-CspeechApp theApp;
-}  // namespace
 
-BOOL CspeechApp::InitInstance() {
-  CWinApp::InitInstance();
-  if (!AfxSocketInit()) {
+/// The module's application object. The cloud engine needs sockets, so they are started with the module.
+class CspeechApp : public CWinApp {
+ public:
+  /// FALSE, after a message to the user, refuses the load.
+  BOOL InitInstance() override {
+    CWinApp::InitInstance();
+    if (AfxSocketInit()) return TRUE;
     AfxMessageBox(IDP_SOCKETS_INIT_FAILED);
     return FALSE;
   }
-  return TRUE;
-}
+};
+
+CspeechApp theApp;
+
+}  // namespace

@@ -8,10 +8,24 @@
 #include "engines/shared/engine_kind.h"
 #include "engines/shared/guarded.h"
 #include "engines/shared/module_state.h"
+#include "speech/facade.h"
 
 using speech::guarded;
 
 namespace {
+
+/// What the facade keeps between calls. All of it belongs to the host's one thread; what engines share with
+/// their own threads is theirs.
+struct {
+  /// The one live engine; owned.
+  ITextToSpeech* instance = nullptr;
+  /// The product of the last successful getInstance; not owned.
+  LXAPIProduct* product = nullptr;
+  /// The installed voices; owned. While it is null the engine library must not be called.
+  LXAPIProductList* products = nullptr;
+  /// The distinct language codes, appended to by every getISOCodeList.
+  CStringArray languageCodes;
+} state;
 
 /// The engine that serves a product.
 ITextToSpeech* makeEngine(LXAPIProduct* product) {
@@ -28,6 +42,8 @@ bool contains(const CStringArray& texts, const CStringW& wanted) {
 
 }  // namespace
 
+ITextToSpeech* speech::currentInstance() { return state.instance; }
+
 ITextToSpeech::ITextToSpeech() = default;
 ITextToSpeech::ITextToSpeech(const ITextToSpeech&) = default;
 ITextToSpeech& ITextToSpeech::operator=(const ITextToSpeech&) = default;
@@ -36,34 +52,34 @@ ITextToSpeech::~ITextToSpeech() = default;
 ITextToSpeech* ITextToSpeech::getInstance(HWND window, UINT message, LXAPIProduct* product) {
   if (product == nullptr) return nullptr;
   return guarded<ITextToSpeech*>(nullptr, [&]() -> ITextToSpeech* {
-    if (speech::g_currentInstance != nullptr) {
-      speech::g_currentInstance->unloadUserDict(0);
-      speech::g_currentInstance->unloadEngine();
-      delete std::exchange(speech::g_currentInstance, nullptr);
+    if (state.instance != nullptr) {
+      state.instance->unloadUserDict(0);
+      state.instance->unloadEngine();
+      delete std::exchange(state.instance, nullptr);
     }
     ITextToSpeech* const engine = makeEngine(product);
     // Kept: an engine that fails to initialise stays the current one; the next call disposes of it.
-    speech::g_currentInstance = engine;
+    state.instance = engine;
     if (!engine->initialize()) return nullptr;
     speech::g_hostWindow.store(window, std::memory_order_relaxed);
     speech::g_noticeMessage.store(message, std::memory_order_relaxed);
-    speech::g_currentProduct = product;
+    state.product = product;
     return engine;
   });
 }
 
 void ITextToSpeech::releaseInstance() {
   guarded([] {
-    if (speech::g_currentInstance != nullptr) {
-      speech::g_currentInstance->stop();
-      delete std::exchange(speech::g_currentInstance, nullptr);
+    if (state.instance != nullptr) {
+      state.instance->stop();
+      delete std::exchange(state.instance, nullptr);
     }
-    delete std::exchange(speech::g_productList, nullptr);
+    delete std::exchange(state.products, nullptr);
   });
 }
 
 bool ITextToSpeech::reloadEngine() {
-  ITextToSpeech* const engine = speech::g_currentInstance;
+  ITextToSpeech* const engine = state.instance;
   return engine != nullptr && engine->unloadEngine() && engine->loadEngine();
 }
 
@@ -71,13 +87,13 @@ void ITextToSpeech::setEventHandle(HWND window) {
   speech::g_hostWindow.store(window, std::memory_order_relaxed);
 }
 
-LXAPIProduct* ITextToSpeech::getCurrentProduct() { return speech::g_currentProduct; }
+LXAPIProduct* ITextToSpeech::getCurrentProduct() { return state.product; }
 
 LXAPIProductList* ITextToSpeech::getLXAPIProductList() {
   guarded([] {
-    if (speech::g_productList == nullptr) speech::g_productList = new LXAPIProductList;
+    if (state.products == nullptr) state.products = new LXAPIProductList;
   });
-  return speech::g_productList;
+  return state.products;
 }
 
 CStringArray* ITextToSpeech::getISOCodeList() {
@@ -89,16 +105,16 @@ CStringArray* ITextToSpeech::getISOCodeList() {
       const CStringW code = products->GetNext(at)->getLanguageCode();
       if (contains(seen, code)) continue;
       // Kept: the module's list is not emptied first, so every call appends the codes once more.
-      speech::g_languageCodes.Add(code);
+      state.languageCodes.Add(code);
       seen.Add(code);
     }
   });
-  return &speech::g_languageCodes;
+  return &state.languageCodes;
 }
 
-const wchar_t* ITextToSpeech::getISOListAt(int index) { return speech::g_languageCodes.GetAt(index); }
+const wchar_t* ITextToSpeech::getISOListAt(int index) { return state.languageCodes.GetAt(index); }
 
 int ITextToSpeech::getISOListCount() {
-  if (speech::g_languageCodes.IsEmpty()) getISOCodeList();
-  return static_cast<int>(speech::g_languageCodes.GetSize());
+  if (state.languageCodes.IsEmpty()) getISOCodeList();
+  return static_cast<int>(state.languageCodes.GetSize());
 }

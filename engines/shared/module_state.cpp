@@ -2,11 +2,6 @@
 
 namespace speech {
 
-constinit ITextToSpeech* g_currentInstance = nullptr;
-constinit LXAPIProduct* g_currentProduct = nullptr;
-constinit LXAPIProductList* g_productList = nullptr;
-CStringArray g_languageCodes;
-
 constinit std::atomic<HWND> g_hostWindow = nullptr;
 constinit std::atomic<UINT> g_noticeMessage = 0;
 constinit std::atomic<std::uint32_t> g_eventTtsHandle = 0;

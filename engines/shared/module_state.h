@@ -1,31 +1,18 @@
 #pragma once
 
-// Everything that the module keeps between calls: one copy per process, all of it empty at first.
+// What engines share with their threads and the facade: one copy per process, all of it empty at first.
 //
-// The host's one thread writes it. What engine and player threads read as well is atomic, each value by
-// itself: a relaxed load or store is the plain instruction.
+// The host's one thread writes it, engine and player threads read it. Each value is atomic by itself: a
+// relaxed load or store is the plain instruction.
 
 #include <windows.h>
 
 #include <atomic>
 #include <cstdint>
 
-#include <speech/text_to_speech.h>
+#include <speech/notices.h>
 
 namespace speech {
-
-// The host's thread only.
-
-/// The one live engine; owned.
-extern ITextToSpeech* g_currentInstance;
-/// The product of the last successful getInstance; not owned.
-extern LXAPIProduct* g_currentProduct;
-/// The installed voices; owned. While it is null the engine library must not be called.
-extern LXAPIProductList* g_productList;
-/// The distinct language codes, appended to by every getISOCodeList.
-extern CStringArray g_languageCodes;
-
-// Read by engine and player threads too.
 
 /// Where notices go.
 extern std::atomic<HWND> g_hostWindow;

@@ -1,8 +1,8 @@
 #include "speech/c_interface/open_engine.h"
 
 #include "engines/shared/engine_kind.h"
-#include "engines/shared/module_state.h"
 #include "speech/c_interface/session.h"
+#include "speech/facade.h"
 #include "win32/paths.h"
 
 namespace speech::c_interface {
@@ -21,7 +21,7 @@ void OpenEngine::load() {
         if (const auto self = weak.lock()) self->receive(message, wParam, lParam);
       });
   instance_ = ITextToSpeech::getInstance(window_->handle(), EventWindow::kNotice, &product_);
-  session().own = g_currentInstance;
+  session().own = currentInstance();
   if (instance_ == nullptr) throw Failure(SPEECH_ERROR_LOAD);
   setToolFolder(moduleFolder(thisModule()));
   // An engine that lacks one of the settings speaks all the same.
@@ -29,7 +29,7 @@ void OpenEngine::load() {
   product_.getOptions()->applied();
 }
 
-bool OpenEngine::isCurrent() const { return instance_ != nullptr && g_currentInstance == instance_; }
+bool OpenEngine::isCurrent() const { return instance_ != nullptr && currentInstance() == instance_; }
 
 void OpenEngine::setWindow(HWND window, UINT message) {
   listener_.window = window;

@@ -1,7 +1,7 @@
 #include "speech/c_interface/session.h"
 
-#include "engines/shared/module_state.h"
 #include "speech/c_interface/open_engine.h"
+#include "speech/facade.h"
 
 namespace speech::c_interface {
 
@@ -43,7 +43,7 @@ void closeEngine() {
 }
 
 void requireNoForeignEngine() {
-  if (g_currentInstance != nullptr && g_currentInstance != session().own)
+  if (currentInstance() != nullptr && currentInstance() != session().own)
     throw Failure(SPEECH_ERROR_ENGINE_OPEN);
 }
 
