@@ -45,11 +45,7 @@ elseif(CMAKE_HOST_WIN32)
 endif()
 
 # include, lib: what a program needs to be built
-foreach(header IN LISTS speech_public_headers)
-  cmake_path(GET header PARENT_PATH folder)
-  string(REGEX REPLACE "^include/" "" folder "${folder}")
-  install(FILES "${header}" DESTINATION "include/${folder}")
-endforeach()
+install(DIRECTORY include/ DESTINATION include)
 
 # What an engine library exports, for those who write another
 if(MSVC)

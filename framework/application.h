@@ -1,7 +1,6 @@
 #pragma once
 
-/// @file
-/// The application object of a module.
+// The framework's application object and message box, for compilers without MFC.
 
 #include <windows.h>
 
@@ -15,22 +14,28 @@ class CWinApp {
   CWinApp& operator=(const CWinApp&) = delete;
   virtual ~CWinApp() { current() = nullptr; }
 
-  /// Runs when the module is loaded.
-  /// @return false to refuse the load
+  /// Runs when the module is loaded; FALSE refuses the load.
   virtual BOOL InitInstance() { return TRUE; }
   /// Runs when the module is unloaded.
-  /// @return the process's exit code where there is one
   virtual int ExitInstance() { return 0; }
 
   /// The module that holds the application object and its resources.
   HINSTANCE m_hInstance = nullptr;
 
-  /// @return where the module's application object, or null, is kept
+  /// Where the module's application object, or null, is kept.
   static CWinApp*& current() {
     static CWinApp* application = nullptr;
     return application;
   }
 };
 
-/// @return the module's application object, or null
+/// The module's application object, or null.
 inline CWinApp* AfxGetApp() { return CWinApp::current(); }
+
+/// Shows one of the module's string resources in a modal box with an OK button; returns the button.
+inline int AfxMessageBox(UINT stringResource) {
+  const HINSTANCE module = AfxGetApp() != nullptr ? AfxGetApp()->m_hInstance : nullptr;
+  wchar_t text[512] = L"";
+  LoadStringW(module, stringResource, text, ARRAYSIZE(text));
+  return MessageBoxW(nullptr, text, nullptr, MB_OK | MB_ICONEXCLAMATION);
+}

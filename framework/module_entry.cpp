@@ -1,8 +1,6 @@
 // Runs the module's application object when the DLL is loaded and unloaded, as the framework does.
 
-#include "framework/application.h"
-
-#include "framework/sockets.h"
+#include "framework/module.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
   CWinApp* const application = AfxGetApp();

@@ -1,5 +1,4 @@
-#include "framework/framework.h"
-#include "framework/sockets.h"
+#include "framework/module.h"
 #include "speech/resources.h"
 
 namespace {

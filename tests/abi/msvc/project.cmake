@@ -4,10 +4,9 @@
 # There is no resource compiler.
 set(CMAKE_RC_COMPILE_OBJECT "\"${CMAKE_COMMAND}\" -E touch <OBJECT>")
 
-include("${PROJECT_SOURCE_DIR}/cmake/PublicHeaders.cmake")
-list(TRANSFORM speech_public_headers REPLACE "^include/" "")
-
 # One source file for each public header, so that each is known to stand on its own.
+file(GLOB_RECURSE public_headers CONFIGURE_DEPENDS RELATIVE "${PROJECT_SOURCE_DIR}/include"
+  "${PROJECT_SOURCE_DIR}/include/*.h")
 set(sources)
 function(add_source header extension)
   string(MAKE_C_IDENTIFIER "${header}" name)
@@ -15,7 +14,7 @@ function(add_source header extension)
   file(CONFIGURE OUTPUT "${source}" CONTENT "#include <${header}>\n" @ONLY)
   set(sources ${sources} "${source}" PARENT_SCOPE)
 endfunction()
-foreach(header IN LISTS speech_public_headers)
+foreach(header IN LISTS public_headers)
   add_source(${header} cpp)
 endforeach()
 foreach(header IN ITEMS speech/speech_c.h speech/audio.h lxapi/lxapi.h)

@@ -17,7 +17,6 @@
 
 #include "framework/application.h"
 #include "framework/exception.h"
-#include "framework/message_box.h"
 #include "framework/pointer_list.h"
 #include "framework/string.h"
 #include "framework/string_array.h"

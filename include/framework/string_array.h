@@ -12,25 +12,22 @@
 /// A growable array of wide strings. An index out of range throws a CInvalidArgException.
 class CStringArray {
  public:
-  /// @return how many strings it has
+  /// How many strings it has.
   std::intptr_t GetSize() const { return static_cast<std::intptr_t>(items_.size()); }
-  /// @return how many strings it has
+  /// The same.
   std::intptr_t GetCount() const { return GetSize(); }
-  /// @return true without strings
+  /// Whether it has none.
   bool IsEmpty() const { return items_.empty(); }
 
-  /// @param index  from 0
-  /// @return the string there; it stays where it is while the array grows
+  /// The string at a place; it stays where it is while the array grows.
   const CStringW& GetAt(std::intptr_t index) const {
     if (index < 0 || index >= GetSize()) AfxThrowInvalidArgException();
     return items_[static_cast<std::size_t>(index)];
   }
-  /// @copydoc GetAt
+  /// The same.
   const CStringW& operator[](std::intptr_t index) const { return GetAt(index); }
 
-  /// Appends a string.
-  /// @param item  copied
-  /// @return its index
+  /// Appends a copy of a string and returns its index.
   std::intptr_t Add(const wchar_t* item) {
     items_.emplace_back(item);
     return GetSize() - 1;

@@ -16,44 +16,39 @@ using POSITION = __POSITION*;
 /// A doubly linked list of pointers that it does not own.
 class CPtrList {
  public:
-  /// @param blockSize  how many nodes the framework allocates together; nodes are allocated one by one here
+  /// An empty list. The framework allocates `blockSize` nodes together; here each is allocated by itself.
   explicit CPtrList(std::intptr_t blockSize = 10) { static_cast<void>(blockSize); }
   CPtrList(const CPtrList&) = delete;
   CPtrList& operator=(const CPtrList&) = delete;
   ~CPtrList() { RemoveAll(); }
 
-  /// @return how many elements it has
+  /// How many elements it has.
   std::intptr_t GetCount() const { return count_; }
-  /// @return how many elements it has
+  /// The same.
   std::intptr_t GetSize() const { return count_; }
-  /// @return true without elements
+  /// Whether it has none.
   bool IsEmpty() const { return count_ == 0; }
 
-  /// @return the place of the first element, or null
+  /// The place of the first element, or null.
   POSITION GetHeadPosition() const { return head_; }
-  /// @return the place of the last element, or null
+  /// The place of the last element, or null.
   POSITION GetTailPosition() const { return tail_; }
-  /// @return the first element; an empty list throws a CInvalidArgException
+  /// The first element; an empty list throws a CInvalidArgException.
   void*& GetHead() { return node(head_)->value; }
-  /// @return the last element; an empty list throws a CInvalidArgException
+  /// The last element; an empty list throws a CInvalidArgException.
   void*& GetTail() { return node(tail_)->value; }
 
-  /// Walks the list.
-  /// @param position  moves on to the next element
-  /// @return the element at `position`; a null one throws a CInvalidArgException
+  /// Returns the element at `position`, which moves on to the next; a null one throws a CInvalidArgException.
   void*& GetNext(POSITION& position) {
     Node* const current = node(position);
     position = current->next;
     return current->value;
   }
 
-  /// @param position  a place in this list; null throws a CInvalidArgException
-  /// @return the element there
+  /// The element at a place; null throws a CInvalidArgException.
   void*& GetAt(POSITION position) { return node(position)->value; }
 
-  /// Finds an element by its index.
-  /// @param index  from 0
-  /// @return its place, or null
+  /// The place of an element by its index from 0, or null.
   POSITION FindIndex(std::intptr_t index) const {
     if (index < 0) return nullptr;
     Node* at = head_;
@@ -61,9 +56,7 @@ class CPtrList {
     return at;
   }
 
-  /// Appends an element.
-  /// @param value  not owned
-  /// @return its place
+  /// Appends an element, which it does not own, and returns its place.
   POSITION AddTail(void* value) {
     Node* const added = new Node(nullptr, tail_, value);
     (tail_ != nullptr ? tail_->next : head_) = added;
@@ -72,8 +65,7 @@ class CPtrList {
     return added;
   }
 
-  /// Removes the first element; an empty list throws a CInvalidArgException.
-  /// @return the element
+  /// Removes the first element and returns it; an empty list throws a CInvalidArgException.
   void* RemoveHead() {
     Node* const removed = node(head_);
     void* const value = removed->value;
@@ -112,19 +104,19 @@ class CPtrList {
 template <class Base, class Pointer>
 class CTypedPtrList : public Base {
  public:
-  /// @param blockSize  as for CPtrList
+  /// As CPtrList's own.
   explicit CTypedPtrList(std::intptr_t blockSize = 10) : Base(blockSize) {}
 
-  /// @copydoc CPtrList::GetHead
+  /// As CPtrList::GetHead.
   Pointer GetHead() { return static_cast<Pointer>(Base::GetHead()); }
-  /// @copydoc CPtrList::GetTail
+  /// As CPtrList::GetTail.
   Pointer GetTail() { return static_cast<Pointer>(Base::GetTail()); }
-  /// @copydoc CPtrList::GetNext
+  /// As CPtrList::GetNext.
   Pointer GetNext(POSITION& position) { return static_cast<Pointer>(Base::GetNext(position)); }
-  /// @copydoc CPtrList::GetAt
+  /// As CPtrList::GetAt.
   Pointer GetAt(POSITION position) { return static_cast<Pointer>(Base::GetAt(position)); }
-  /// @copydoc CPtrList::RemoveHead
+  /// As CPtrList::RemoveHead.
   Pointer RemoveHead() { return static_cast<Pointer>(Base::RemoveHead()); }
-  /// @copydoc CPtrList::AddTail
+  /// As CPtrList::AddTail.
   POSITION AddTail(Pointer value) { return Base::AddTail(value); }
 };

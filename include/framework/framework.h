@@ -10,9 +10,7 @@
 #include <afxcoll.h>
 #include <afxtempl.h>
 #else
-#include "framework/application.h"
 #include "framework/exception.h"
-#include "framework/message_box.h"
 #include "framework/pointer_list.h"
 #include "framework/string.h"
 #include "framework/string_array.h"

@@ -14,9 +14,9 @@
 
 #include "framework/exception.h"
 
-/// A growable string that a pointer to its characters can be taken from anywhere. Positions and lengths are
-/// in characters; -1 is "not found". A null pointer stands for the empty text. Counts and places beyond the
-/// text are brought into it, save where a character itself is asked for: that throws a CInvalidArgException.
+/// A growable string whose characters can be accessed in place. Positions and lengths are in characters; -1
+/// is "not found". A null pointer stands for the empty text. Counts and places beyond the text are brought
+/// into it, save where a character itself is asked for: that throws a CInvalidArgException.
 ///
 ///   CStringW label;
 ///   label.Format(L"%s (v.%d)", name.GetString(), 3);
@@ -26,35 +26,30 @@ class CStringT {
  public:
   /// An empty text.
   CStringT() = default;
-  /// @param text  copied; null for the empty text
+  /// Copies a text.
   CStringT(const Char* text) : text_(viewOf(text)) {}  // NOLINT(google-explicit-constructor)
-  /// @param text    copied; need not be terminated
-  /// @param length  of the text
+  /// Copies a text that need not be terminated.
   CStringT(const Char* text, int length) : text_(text, size(length)) {}
 
-  /// @return the text, terminated; valid until the string is changed
+  /// The text, terminated; valid until the string is changed.
   operator const Char*() const { return text_.c_str(); }  // NOLINT(google-explicit-constructor)
-  /// @return the same
+  /// The same.
   const Char* GetString() const { return text_.c_str(); }
-  /// @return the length
+  /// The length without the terminator.
   int GetLength() const { return static_cast<int>(text_.size()); }
-  /// @return true for the empty text
+  /// Whether it is the empty text.
   bool IsEmpty() const { return text_.empty(); }
   /// Makes it the empty text.
   void Empty() { text_.clear(); }
 
-  /// @param index  from 0
-  /// @return the character there
+  /// The character at a place.
   Char GetAt(int index) const { return text_[checked(index)]; }
-  /// @param index  from 0
-  /// @param value  the new character there
+  /// Replaces the character at a place.
   void SetAt(int index, Char value) { text_[checked(index)] = value; }
 
-  /// @param other  another text
-  /// @return below, at or above 0: its place before, at or behind the other's
+  /// Below, at or above 0 as the text sorts before, with or behind the other.
   int Compare(const Char* other) const { return text_.compare(viewOf(other)); }
-  /// @copydoc Compare
-  /// Letter case does not count.
+  /// The same without regard to case.
   int CompareNoCase(const Char* other) const {
     if constexpr (sizeof(Char) == 1) {
       return _stricmp(text_.c_str(), viewOf(other).data());
@@ -63,39 +58,27 @@ class CStringT {
     }
   }
 
-  /// @param wanted  what to look for
-  /// @param start   where to begin
-  /// @return its first place, or -1
+  /// The first place of a character, or -1.
   int Find(Char wanted, int start = 0) const {
     return start < 0 ? -1 : place(text_.find(wanted, size(start)));
   }
-  /// @param wanted  what to look for
-  /// @param start   where to begin
-  /// @return its first place, or -1
+  /// The first place of a text, or -1.
   int Find(const Char* wanted, int start = 0) const {
     return start < 0 ? -1 : place(text_.find(viewOf(wanted), size(start)));
   }
-  /// @param wanted  what to look for
-  /// @return its last place, or -1
+  /// The last place of a character, or -1.
   int ReverseFind(Char wanted) const { return place(text_.rfind(wanted)); }
 
-  /// @param count  how many
-  /// @return the first characters
+  /// The first `count` characters.
   CStringT Left(int count) const { return CStringT(text_.substr(0, size(count))); }
-  /// @param first  where to begin
-  /// @return the characters from there on
+  /// The characters from `first` on.
   CStringT Mid(int first) const { return Mid(first, GetLength()); }
-  /// @param first  where to begin
-  /// @param count  how many
-  /// @return the characters from there on
+  /// At most `count` characters from `first` on.
   CStringT Mid(int first, int count) const {
     return CStringT(text_.substr(std::min(size(first), text_.size()), size(count)));
   }
 
-  /// Replaces every occurrence of a text.
-  /// @param wanted       the text
-  /// @param replacement  what takes its place
-  /// @return how many there were
+  /// Replaces every occurrence of a text and returns how many there were.
   int Replace(const Char* wanted, const Char* replacement) {
     const std::basic_string<Char> from(viewOf(wanted)), to(viewOf(replacement));
     if (from.empty()) return 0;
@@ -107,8 +90,7 @@ class CStringT {
     return count;
   }
 
-  /// Makes the letters small ones.
-  /// @return this string
+  /// Puts every letter into lower case.
   CStringT& MakeLower() {
     if constexpr (sizeof(Char) == 1) {
       _strlwr(text_.data());
@@ -119,7 +101,6 @@ class CStringT {
   }
 
   /// Formats as printf does. "%s" is text of this string's own width, "%S" of the other.
-  /// @param format  with the arguments that it names behind it
   void Format(const Char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
@@ -127,9 +108,7 @@ class CStringT {
     va_end(arguments);
   }
 
-  /// As Format.
-  /// @param format     as for Format
-  /// @param arguments  what the format names
+  /// The same with the arguments in a list.
   void FormatV(const Char* format, std::va_list arguments) {
     std::va_list counted;
     va_copy(counted, arguments);
@@ -151,39 +130,32 @@ class CStringT {
     text_ = std::move(formatted);
   }
 
-  /// @param more  appended
-  /// @return this string
+  /// Appends.
   CStringT& operator+=(const Char* more) {
     text_ += viewOf(more);
     return *this;
   }
-  /// @param more  appended
-  /// @return this string
+  /// Appends a character.
   CStringT& operator+=(Char more) {
     text_ += more;
     return *this;
   }
 
-  /// @param left,right  put together
-  /// @return the whole
+  /// @name Joining and comparing, with regard to case
+  /// @{
+
+  /// Joins two texts.
   friend CStringT operator+(CStringT left, const CStringT& right) { return left += right.GetString(); }
-  /// @param left,right  put together
-  /// @return the whole
   friend CStringT operator+(CStringT left, const Char* right) { return left += right; }
-  /// @param left,right  put together
-  /// @return the whole
   friend CStringT operator+(const Char* left, const CStringT& right) {
     return CStringT(left) += right.GetString();
   }
-  /// @param left,right  compared with regard to case
-  /// @return true for the same text
+  /// Compares two texts.
   friend bool operator==(const CStringT& left, const CStringT& right) { return left.text_ == right.text_; }
-  /// @param left,right  compared with regard to case
-  /// @return true for the same text
   friend bool operator==(const CStringT& left, const Char* right) { return left.text_ == viewOf(right); }
-  /// @param left,right  compared character by character
-  /// @return true when the left one comes first
   friend bool operator<(const CStringT& left, const CStringT& right) { return left.text_ < right.text_; }
+
+  /// @}
 
  private:
   explicit CStringT(std::basic_string<Char> text) : text_(std::move(text)) {}
