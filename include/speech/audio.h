@@ -17,7 +17,7 @@
 #include <stdint.h>
 #include <stdio.h>
 
-#include "speech/export.h"
+#include <speech/export.h>
 
 #ifdef __cplusplus
 extern "C" {

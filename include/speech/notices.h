@@ -16,7 +16,7 @@
 /// Just before the cloud engine posts a failure it may send WM_COPYDATA with dwData 0 and a narrow text
 /// without terminator that says what went wrong.
 
-#include "framework/windows.h"
+#include <framework/windows.h>
 
 /// What hosts see of the library beside its classes.
 namespace speech {

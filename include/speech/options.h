@@ -12,7 +12,7 @@
 ///       options.applied();
 ///     }
 
-#include "speech/export.h"
+#include <speech/export.h>
 
 /// A plain record: nothing is checked, clamped or reported; bounds are kept for the host to read. Copying
 /// copies everything, the changed flag included. A fresh record holds -1 in every value and bound, which

@@ -11,9 +11,9 @@
 
 #include <cstdint>
 
+#include <framework/framework.h>
+#include <speech/export.h>
 #include <speech/options.h>
-#include "framework/framework.h"
-#include "speech/export.h"
 
 class ITextToSpeech;
 

@@ -15,32 +15,32 @@
 
 #include <cstdint>
 
+#include <framework/framework.h>
+#include <speech/export.h>
 #include <speech/formats.h>
 #include <speech/notices.h>
 #include <speech/options.h>
 #include <speech/product.h>
-#include "framework/framework.h"
-#include "speech/export.h"
 
 /// A speech engine: the statics choose, hand out and release the one engine of the process, the virtual
 /// operations are the engine's own.
 class SPEECH_API ITextToSpeech {
  public:
-  /// Creates the engine for a product and makes it the current one; the engine before it is unloaded and
-  /// deleted.
+  /// Creates the engine for a product and makes it the current one, after unloading and deleting the one
+  /// before.
   /// @param window   receives the notices
   /// @param message  the message number that notices carry
   /// @param product  from getLXAPIProductList; not owned, must live as long as the engine
-  /// @return the engine, owned by the library until the next getInstance or releaseInstance; null when
-  ///   `product` is null (nothing changes) or when the engine cannot be initialised (window, message and
-  ///   current product then keep their earlier values, and the engine before it is gone)
+  /// @return the engine, owned by the library until the next getInstance or releaseInstance. Null when
+  ///   `product` is null; nothing changes then. Null also when the engine cannot be initialised: the engine
+  ///   before is gone then, but window, message and current product stay as they were.
   static ITextToSpeech* getInstance(HWND window, UINT message, LXAPIProduct* product);
 
-  /// Stops and deletes the current engine, then deletes the product list and with it every product.
+  /// Stops and deletes the current engine, then deletes the product list with all its products. Window,
+  /// message number and language codes stay.
   static void releaseInstance();
 
-  /// Unloads the current engine and loads it again.
-  /// @return false when there is none, or when either fails
+  /// Unloads the current engine and loads it again. False when there is none or when either fails.
   static bool reloadEngine();
 
   /// Sends the notices to another window from now on, under the same message number. The end of a playback
@@ -48,42 +48,39 @@ class SPEECH_API ITextToSpeech {
   /// @param window  receives the notices; null ends them
   static void setEventHandle(HWND window);
 
-  /// @return the product of the last successful getInstance, or null. Dangling after releaseInstance.
+  /// The product of the last successful getInstance, or null. Dangling after releaseInstance.
   static LXAPIProduct* getCurrentProduct();
 
-  /// @return every installed voice. Built by the first call, owned by the library until releaseInstance.
+  /// Every installed voice. Built by the first call, owned by the library until releaseInstance.
   static LXAPIProductList* getLXAPIProductList();
 
-  /// @return the distinct language codes of the products. Owned by the library.
+  /// The distinct language codes of the products. Owned by the library.
   ///
   /// Each call appends the codes once more; use getISOListCount and getISOListAt to see each once.
   static CStringArray* getISOCodeList();
 
-  /// A language code by its place; builds nothing. Throws the framework's invalid-argument exception for a
-  /// place out of range.
-  /// @param index  from 0
-  /// @return the code. The text belongs to the library and lives as long as it.
+  /// A language code by its index from 0; builds nothing. The text lives as long as the library. An index out
+  /// of range throws the framework's invalid-argument exception.
   static const wchar_t* getISOListAt(int index);
 
-  /// Builds the list of language codes when it is empty.
-  /// @return how many it holds; 0 without products
+  /// How many language codes there are, after building their list if it is empty.
   static int getISOListCount();
 
   // The engine's operations. Hosts call them by slot: their order is part of the interface. Wide text is
   // UTF-16, where a lone surrogate counts as U+FFFD; a null text counts as empty.
 
-  /// Binds and loads the engine; getInstance has done it.
-  /// @return false when the engine refuses
+  /// Binds and loads the engine; getInstance has done it. False when the engine refuses.
   virtual bool initialize() = 0;
 
   /// Starts speaking and returns once the text is accepted. Local: a text is refused while another is being
   /// spoken; stop first. Cloud: returns when the service has answered.
-  /// @param text  what to speak
-  /// @param flag  true when the text is an SSML document
+  /// @param text    what to speak
+  /// @param isSsml  whether the text is an SSML document
   /// @return false when the text was refused; the failure notice is posted as well
-  virtual bool speak(const wchar_t* text, bool flag) = 0;
+  virtual bool speak(const wchar_t* text, bool isSsml) = 0;
 
-  /// Local: stops, then speaks whatever the engine answers, without waiting for the end. Cloud: nothing.
+  /// Local: stops, then speaks without waiting for the end, and ignores the engine's answer. Cloud: does
+  /// nothing.
   /// @param message  sent to no window
   /// @param text     in the system's code page
   /// @return true
@@ -93,43 +90,43 @@ class SPEECH_API ITextToSpeech {
   /// @param text       what to speak
   /// @param path       the file to write
   /// @param format     a speech::FileFormat, or a number of the engine's own
-  /// @param flag       true when the text is an SSML document
+  /// @param isSsml     whether the text is an SSML document
   /// @param rateIndex  a speech::SampleRateIndex
-  /// @param logExport  true to write a line to the daily log
+  /// @param logExport  whether to write a line to the daily log
   /// @return 1 when the work ran, 0 or -1 on failure
-  virtual int textToFile(const wchar_t* text, const wchar_t* path, int format, bool flag, int rateIndex,
+  virtual int textToFile(const wchar_t* text, const wchar_t* path, int format, bool isSsml, int rateIndex,
                          bool logExport) = 0;
 
   /// Silences at once and forgets the rest; no end notice follows from the local engine. A pause outlasts it:
-  /// isPaused stays true until the next speak.
-  /// @return true
+  /// isPaused stays true until the next speak. Always true.
   virtual bool stop() = 0;
 
-  /// Pauses, or goes on when paused, whatever the engine answers.
-  /// @return true
+  /// Pauses, or goes on when paused, and ignores the engine's answer. Always true.
   virtual bool pauseResume() = 0;
 
-  /// @return true from an accepted speak until stop; the end notice alone does not clear it
+  /// True from an accepted speak until stop; the end notice does not clear it.
   virtual bool isSpeaking() = 0;
 
-  /// @return true while paused
+  /// True while paused.
   virtual bool isPaused() = 0;
+
+  /// @name Reserved
+  /// @{
 
   /// Does nothing; keeps the slot numbers of the operations behind it.
   virtual void reserved8() = 0;
-  /// Likewise.
   virtual void reserved9() = 0;
-  /// Likewise.
   virtual void reserved10() = 0;
 
-  /// Names the folder that holds sox.exe, which ogg, gsm and mp3 files need.
-  /// @param folder  ends in a backslash; empty at first
+  /// @}
+
+  /// Names the folder that holds sox.exe, which ogg, gsm and mp3 files need. It ends in a backslash, and is
+  /// empty at first.
   virtual void setToolFolder(const wchar_t* folder) = 0;
 
-  /// Hands volume, speed, pitch and pauses to the engine; call options.applied() afterwards. Cloud: does
-  /// nothing.
-  /// @param options  the settings, of which values out of range are the engine's to settle
-  /// @return the result of the last of the engine's calls, 0 for success; cloud: 0
+  /// Hands volume, speed, pitch and pauses to the engine, which decides about values out of range; call
+  /// options.applied() afterwards. Cloud: does nothing.
+  /// @return the result of the engine's last call, 0 for success; cloud: 0
   virtual int applyOptions(const TextToSpeech_Options& options) = 0;
 
   /// Runs the product's dictionary editor and waits for it to end, pumping messages.
@@ -143,14 +140,13 @@ class SPEECH_API ITextToSpeech {
 
  public:
   /// @name User dictionaries
-  /// Of the local engine; the cloud engine answers all of these with fixed values. The pointer-sized
-  /// arguments are numbers or addresses of the host's data that go to the engine unread; results are the
-  /// engine's, -1 where it gave no answer.
+  /// Of the local engine; the cloud engine answers all of these with fixed values. Pointer-sized arguments
+  /// are numbers, or addresses of the host's data, that go to the engine unread. Results are the engine's, -1
+  /// where it gives no answer; a verdict is a LxDictCheck.
   /// @{
 
-  /// Asks for a limit of dictionaries.
+  /// A limit of dictionaries.
   /// @param a  which one (LxDictLimit); 0 is the largest number of entries
-  /// @return the limit
   virtual int getUserDictLimit(intptr_t a) = 0;
 
   /// Loads a dictionary: a path ending in .csv (in any case) is a word list, which replaces the one before;
@@ -160,16 +156,13 @@ class SPEECH_API ITextToSpeech {
   ///   code; lexicon: 65535, loaded or not
   virtual unsigned short loadUserDict(const char* path) = 0;
 
-  /// Unloads a dictionary.
-  /// @param number  its number, 0 for the one that loadUserDict loads; engines of type "nv" have but number 1
-  /// @return the engine's result, 0 for success
+  /// Unloads a dictionary and returns the engine's result, 0 for success.
+  /// @param number  0 for the one that loadUserDict loads; with engines of type "nv" it is always number 1
   virtual int unloadUserDict(int number) = 0;
 
-  /// Checks an entry's target as text.
-  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
+  /// The verdict on an entry's target as text, whose address is `a`.
   virtual int checkUserDictTargetNorm(intptr_t a) = 0;
-  /// Checks an entry's target as phonemes.
-  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
+  /// The verdict on an entry's target as phonemes.
   virtual int checkUserDictTargetPhon(intptr_t a) = 0;
   /// Makes a line of a word list.
   /// @param a  address of the source
@@ -178,68 +171,59 @@ class SPEECH_API ITextToSpeech {
   /// @param d  the buffer's size in bytes
   /// @return the line's length in bytes, or a negative code
   virtual int csvParserMakeCsv(intptr_t a, intptr_t b, intptr_t c, intptr_t d) = 0;
-  /// A question for engines that know it.
-  /// @param a,b  the engine's own; the bundled one takes 0
-  /// @return 1 when the engine reads Latin letters as pinyin, else 0
+  /// 1 when the engine reads Latin letters as pinyin, else 0. The arguments are the engine's own; the bundled
+  /// one takes 0.
   virtual int getPinyinActiveInfo(intptr_t a, intptr_t b) = 0;
 
   /// @}
 
-  /// Chooses the local engine's sound device for the next speak.
+  /// Chooses the local engine's sound device for the next speak and ignores the engine's answer. Always true.
   /// @param device  0 is the system's default, n the engine's device n - 1
-  /// @return true, whatever the engine answers
   virtual bool setOutputAudio(int device) = 0;
 
-  /// Switches the local engine's event notices off, or on again; every new local engine starts with them on.
-  /// @param on  false to switch them off
+  /// Switches the local engine's event notices on or off; every new local engine starts with them on.
   virtual void setEventNotify(bool on) = 0;
 
-  /// Unloads the engine, as often as wanted.
-  /// @return true when the engine reports success; cloud: true
+  /// Unloads the engine, as often as wanted. True when the engine reports success; cloud: true.
   virtual bool unloadEngine() = 0;
-  /// Loads the engine, as often as wanted.
-  /// @return as unloadEngine
+  /// Loads the engine, with the same answers.
   virtual bool loadEngine() = 0;
 
   /// @name The engine's parser of word lists
   /// @{
 
-  /// Starts a parser.
-  /// @return its address, or 0
+  /// Starts a parser and returns its address, or 0.
   virtual intptr_t csvParserInit() = 0;
   /// Reads a record of at least two fields.
   /// @param a  the parser @param b  address of the text, whose first record is read; 0 for the next record
   /// @return the line on which the record begins, 0 behind the last one, or a negative code
   virtual int csvParserParsing(intptr_t a, intptr_t b) = 0;
-  /// @param a  the parser @return how many fields the record has
+  /// How many fields the record of the parser `a` has.
   virtual int csvParserGetNfields(intptr_t a) = 0;
-  /// @param a  the parser @param b  the field's index from 0
-  /// @return the field as narrow text, at most 1000 bytes, valid until the next call on the engine; empty
-  ///   without one
+  /// Field `b`, from 0, of the parser `a`, as narrow text of at most 1000 bytes; empty when there is none.
+  /// Valid until the next call on the engine.
   virtual const char* csvParserGetField(intptr_t a, intptr_t b) = 0;
-  /// Checks a whole record.
-  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
+  /// The verdict on a whole record, whose address is `a`.
   virtual int checkUserDictSubstitution(intptr_t a) = 0;
-  /// Checks an entry's source as text.
-  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
+  /// The verdict on an entry's source as text.
   virtual int checkUserDictSourceNorm(intptr_t a) = 0;
-  /// Checks the length of an entry's source.
-  /// @param a  address of the text @return the engine's verdict (LxDictCheck)
+  /// The verdict on the length of an entry's source.
   virtual int checkUserDictSourceLen(intptr_t a) = 0;
 
   /// @}
 
   /// Synthesizes into memory and returns when all of it is there. Posts no notice.
-  /// @param text  what to speak
-  /// @param flag  true when the text is an SSML document
-  /// @param out   receives the samples (16-bit mono at the product's rate), to be freed with ExternFree; the
+  /// @param text    what to speak
+  /// @param isSsml  whether the text is an SSML document
+  /// @param out     receives the samples (16-bit mono at the product's rate), to be freed with ExternFree;
+  /// the
   ///   local engine puts one zero byte behind them; may be null
   /// @return size in bytes without that zero; 0 when the text was refused or memory ran out: `out` is
   ///   untouched then
-  virtual int synthesizeToBuffer(const wchar_t* text, bool flag, unsigned char** out) = 0;
+  virtual int synthesizeToBuffer(const wchar_t* text, bool isSsml, unsigned char** out) = 0;
 
-  /// Turns a raw 16-bit mono PCM file into an audio file. The local engine then deletes the PCM file,
-  /// whatever became of it; the cloud engine leaves it.
+  /// Turns a raw 16-bit mono PCM file into an audio file. Afterwards the local engine deletes the PCM file,
+  /// even after a failure; the cloud engine leaves it.
   /// @param source       path of the PCM file, whose rate is that of `rateIndex`
   /// @param destination  path without extension; for pcm and wav the extension is appended to it
   /// @param format       speech::kFormatPcm, kFormatWav, kFormatOgg, kFormatGsm or kFormatMp3; any other
@@ -260,14 +244,10 @@ class SPEECH_API ITextToSpeech {
   virtual int makeWavHeader(const wchar_t* path, int dataSize, int sampleRateHz, int bitsPerSample,
                             int channels) = 0;
 
-  /// A sample rate by its index.
-  /// @param index  a speech::SampleRateIndex
-  /// @return the rate in hertz; -1 for any other number
+  /// The rate in hertz of a speech::SampleRateIndex; -1 for any other number.
   virtual int getSampleRate(int index) = 0;
 
-  /// Replaces & < > ' " by their XML entities; entities in the text are escaped once more.
-  /// @param text  any text
-  /// @return the text for use in an SSML document
+  /// A text for use in an SSML document: & < > ' " become XML entities; entities in it are escaped once more.
   virtual CStringW escapeXml(const CStringW& text) = 0;
 
   /// Converts a WAV file to another rate, sample width and channel count.
@@ -283,8 +263,12 @@ class SPEECH_API ITextToSpeech {
  protected:
   /// Engines are made by getInstance only.
   ITextToSpeech();
-  /// Copies nothing; there is nothing to copy.
+  /// @name Copying
+  /// @{
+
+  /// There is nothing to copy.
   ITextToSpeech(const ITextToSpeech& /*other*/);
-  /// Likewise. @return this engine
   ITextToSpeech& operator=(const ITextToSpeech& /*other*/);
+
+  /// @}
 };

@@ -8,7 +8,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#include "speech/export.h"
+#include <speech/export.h>
 
 /** How the functions are called: cdecl. */
 #ifdef _WIN32
