@@ -90,14 +90,22 @@ void fillForCloudVoice(Options& options) {
   }
 }
 
-// -- Texts
+// -- Paths
+//
+// An engine's own files lie in its folder F, the user's in D = "\Narravo\UserDict" under the documents
+// folder. P is the language code's letters and digits: a dictionary serves every voice of its language.
+//
+//   engine type      editor                 path 2                                       path 3
+//   nv (any case)    F\UserDicNV.exe        F\data-common\userdict\userdict_P.csv        D\userdict_P.csv
+//   any other        F\bin\UserDicP.exe     D\userdict_P.lex                             D\userdict_P.csv
+//
+// An engine of type nv reads word lists only and shares one between all users; the others read lexicons too.
 
-void capitalizeFirst(CStringW& text) {
-  if (text.IsEmpty()) return;
-  wchar_t first = text.GetAt(0);
-  CharUpperBuffW(&first, 1);
-  text.SetAt(0, first);
-}
+struct DictionaryPaths {
+  CStringW editor;
+  CStringW path2;
+  CStringW path3;
+};
 
 /// Letters and digits only, so that a language code can never lead out of a folder: "en-US" gives "ENUS".
 CStringW perEnginePart(const CStringW& languageCode) {
@@ -116,6 +124,32 @@ CStringW perEnginePart(const CStringW& languageCode) {
 /// Empty while the folder is unknown.
 CStringW inFolder(const CStringW& folder, const CStringW& rest) {
   return folder.IsEmpty() ? CStringW() : folder + rest;
+}
+
+/// Creates D where it is missing.
+DictionaryPaths dictionaryPaths(const CStringW& engineType, const CStringW& languageCode,
+                                const CStringW& engineFolder, const CStringW& documentsFolder) {
+  const CStringW userFolder = inFolder(documentsFolder, L"\\Narravo\\UserDict");
+  if (!userFolder.IsEmpty()) CreateDirectoryW(userFolder, nullptr);
+
+  const CStringW part = perEnginePart(languageCode);
+  const CStringW file = CStringW(L"\\userdict_") + part;
+  const CStringW wordList = inFolder(userFolder, file + L".csv");
+  if (speech::isNvEngine(engineType)) {
+    return {inFolder(engineFolder, L"\\UserDicNV.exe"),
+            inFolder(engineFolder, L"\\data-common\\userdict" + file + L".csv"), wordList};
+  }
+  return {inFolder(engineFolder, L"\\bin\\UserDic" + part + L".exe"), inFolder(userFolder, file + L".lex"),
+          wordList};
+}
+
+// -- Texts
+
+void capitalizeFirst(CStringW& text) {
+  if (text.IsEmpty()) return;
+  wchar_t first = text.GetAt(0);
+  CharUpperBuffW(&first, 1);
+  text.SetAt(0, first);
 }
 
 CStringW decimal(int number) {
@@ -174,34 +208,12 @@ LXAPIProduct::LXAPIProduct(const EngineInfo& info)
   options_.reset();
   if (loaded) LXAPI_UnloadEngine(engineRef_);
 
-  derivePaths(info.documentsFolder);
-}
-
-// An engine's own files lie in its folder F, the user's in D = "\Narravo\UserDict" under the documents
-// folder. P is the language code's letters and digits: a dictionary serves every voice of its language.
-//
-//   engine type      editor                 path 2                                       path 3
-//   nv (any case)    F\UserDicNV.exe        F\data-common\userdict\userdict_P.csv        D\userdict_P.csv
-//   any other        F\bin\UserDicP.exe     D\userdict_P.lex                             D\userdict_P.csv
-//
-// An engine of type nv reads word lists only and shares one between all users; the others read lexicons too.
-void LXAPIProduct::derivePaths(const CStringW& documentsFolder) {
   LXTTSINFO own;
   describe(engineRef_, own);
-  const CStringW engineFolder = own.folder;
-  const CStringW userFolder = inFolder(documentsFolder, L"\\Narravo\\UserDict");
-  if (!userFolder.IsEmpty()) CreateDirectoryW(userFolder, nullptr);
-
-  const CStringW part = perEnginePart(languageCode_);
-  const CStringW file = CStringW(L"\\userdict_") + part;
-  if (speech::isNvEngine(engineType_)) {
-    userDictEditorPath_ = inFolder(engineFolder, L"\\UserDicNV.exe");
-    userDictPath2_ = inFolder(engineFolder, CStringW(L"\\data-common\\userdict") + file + L".csv");
-  } else {
-    userDictEditorPath_ = inFolder(engineFolder, CStringW(L"\\bin\\UserDic") + part + L".exe");
-    userDictPath2_ = inFolder(userFolder, file + L".lex");
-  }
-  userDictPath3_ = inFolder(userFolder, file + L".csv");
+  DictionaryPaths paths = dictionaryPaths(engineType_, languageCode_, own.folder, info.documentsFolder);
+  userDictEditorPath_ = std::move(paths.editor);
+  userDictPath2_ = std::move(paths.path2);
+  userDictPath3_ = std::move(paths.path3);
 }
 
 CStringW LXAPIProduct::setEngineKey1(CStringW value) { return stored(engineKey1_, std::move(value)); }

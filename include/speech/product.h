@@ -111,8 +111,6 @@ class SPEECH_API LXAPIProduct final {
   virtual int getSampleRateIndex() const;
 
  private:
-  void derivePaths(const CStringW& documentsFolder);
-
   CStringW engineKey1_;
   CStringW engineKey2_;
   CStringW infoText3_;
