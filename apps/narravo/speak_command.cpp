@@ -61,7 +61,6 @@ void speak(const SpeakArguments& arguments) {
     hasFailed = step.kind == SpeechProgress::Kind::kFailed;
     if (hasFailed || step.kind == SpeechProgress::Kind::kEnded) window.finish();
   });
-  window.onInterrupt([&] { session.engine().stop(); });
 
   if (!session.engine().speak(text.c_str(), arguments.isSsml)) {
     session.reportRefusal(

@@ -15,8 +15,7 @@ namespace {
 constexpr wchar_t kClassName[] = L"NarravoHostWindow";
 constexpr UINT kInterruptMessage = WM_APP + 2;
 
-// How long the host's thread may take to silence the engine. While it waits for the speech service it cannot
-// answer.
+// How long the host's thread may take to hear of Ctrl-C. While it waits for the speech service it cannot.
 constexpr UINT kInterruptTimeoutMs = 1000;
 
 std::atomic<HWND> interruptTarget = nullptr;
@@ -98,7 +97,6 @@ LRESULT HostWindow::receive(UINT message, WPARAM wParam, LPARAM lParam) {
     if (handler_ && isRunning_) notify(wParam, lParam);
   } else if (message == kInterruptMessage) {
     isInterrupted_ = true;
-    if (interruptHandler_) interruptHandler_();
     PostMessageW(window_, WM_NULL, 0, 0);  // a sent message alone does not wake GetMessage
   } else {
     const auto* const data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);

@@ -33,9 +33,6 @@ class HostWindow {
   /// Called for every notice, on this thread. An exception ends run(), which rethrows it.
   void onNotice(NoticeHandler handler) { handler_ = std::move(handler); }
 
-  /// Called when the user presses Ctrl-C, on this thread, before run() returns. Must not throw.
-  void onInterrupt(std::function<void()> handler) { interruptHandler_ = std::move(handler); }
-
   /// Pumps messages until finish() or Ctrl-C. @return false after Ctrl-C
   bool run();
   void finish() { isRunning_ = false; }
@@ -50,7 +47,6 @@ class HostWindow {
 
   HWND window_ = nullptr;
   NoticeHandler handler_;
-  std::function<void()> interruptHandler_;
   std::string serviceMessage_;
   std::exception_ptr failure_;
   bool isRunning_ = true;
