@@ -19,12 +19,15 @@ function(speech_add_test name)
     set(arg_TIMEOUT 120)
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
-  speech_run_alone_when_heard(${name} ${arg_WRAPPER})
+  speech_share_machine(${name} ${arg_WRAPPER})
 endfunction()
 
-# Sound is played in real time: beside other work it would stutter, and what is heard would not be what was played.
-function(speech_run_alone_when_heard name)
+# speech_share_machine(NAME COMMAND...): what is heard, each with a sound server of its own, plays in real time and mostly
+# waits: twice as many of those run at a time as of what computes, and they carry the label "heard".
+function(speech_share_machine name)
   if("${ARGN}" MATCHES "with-sound-server")
-    set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE)
+    set_property(TEST ${name} APPEND PROPERTY LABELS heard)
+  else()
+    set_tests_properties(${name} PROPERTIES PROCESSORS 2)
   endif()
 endfunction()

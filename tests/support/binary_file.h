@@ -21,28 +21,28 @@ inline void writeBytes(const std::filesystem::path& path, const Bytes& bytes) {
   writeFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }
 
+inline std::string littleEndian(std::uint32_t value, int byteCount) {
+  std::string bytes;
+  for (int i = 0; i < byteCount; ++i) bytes += static_cast<char>(value >> (8 * i));
+  return bytes;
+}
+
 /// Puts together the bytes of a little-endian file.
 class ByteWriter {
  public:
   ByteWriter& text(std::string_view characters) {
-    bytes.insert(bytes.end(), characters.begin(), characters.end());
+    for (const char character : characters) bytes.push_back(static_cast<std::uint8_t>(character));
     return *this;
   }
-  ByteWriter& u8(std::uint32_t value) { return number(value, 1); }
-  ByteWriter& u16(std::uint32_t value) { return number(value, 2); }
-  ByteWriter& u32(std::uint32_t value) { return number(value, 4); }
+  ByteWriter& u8(std::uint32_t value) { return text(littleEndian(value, 1)); }
+  ByteWriter& u16(std::uint32_t value) { return text(littleEndian(value, 2)); }
+  ByteWriter& u32(std::uint32_t value) { return text(littleEndian(value, 4)); }
   ByteWriter& samples(const std::vector<std::int16_t>& values) {
     for (const std::int16_t value : values) u16(static_cast<std::uint16_t>(value));
     return *this;
   }
 
   Bytes bytes;
-
- private:
-  ByteWriter& number(std::uint32_t value, int size) {
-    for (int i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-    return *this;
-  }
 };
 
 }  // namespace speech::test

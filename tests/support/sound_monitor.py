@@ -13,7 +13,7 @@ BYTES_PER_SAMPLE = 2
 
 
 class SoundMonitor:
-    """Records the default sink's monitor between `with` and the end of the block, or until stop()."""
+    """Records the default sink's monitor between `with` and the end of the block."""
 
     def __enter__(self):
         self._process = subprocess.Popen(
@@ -28,15 +28,12 @@ class SoundMonitor:
             raise RuntimeError("the sound server's monitor delivers nothing")
         return self
 
-    def __exit__(self, *_):
-        self.stop()
-
     def _read(self):
         while data := os.read(self._process.stdout.fileno(), 65536):
             self._chunks.append((time.monotonic(), data))
             self._started.set()
 
-    def stop(self):
+    def __exit__(self, *_):
         self._process.terminate()
         self._process.wait()
         self._reader.join()
@@ -48,15 +45,6 @@ class SoundMonitor:
 
     def wav(self):
         return wav_measure.WavFile(1, BYTES_PER_SAMPLE, RATE, self.samples())
-
-    def _moment_of(self, index):
-        """When the sample with this index was heard."""
-        seen = 0
-        for moment, data in list(self._chunks):
-            seen += len(data) // BYTES_PER_SAMPLE
-            if index < seen:
-                return moment - (seen - index) / RATE
-        raise IndexError(index)
 
     def sound_moments(self):
         """The moments, a millisecond apart, at which something was heard."""
@@ -72,9 +60,7 @@ class SoundMonitor:
 
     def first_sound(self):
         """The moment (time.monotonic) at which sound began, or None."""
-        span = wav_measure.sound_span(self.samples())
-        return self._moment_of(span[0]) if span else None
+        return next(iter(self.sound_moments()), None)
 
     def last_sound(self):
-        span = wav_measure.sound_span(self.samples())
-        return self._moment_of(span[1]) if span else None
+        return next(reversed(self.sound_moments()), None)

@@ -2,11 +2,46 @@
 
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "tests/support/binary_file.h"
 
 namespace speech::test {
+
+/// A chunk whose size field says `claimedSize`, whatever it holds; an odd content is padded.
+inline std::string chunk(std::string_view id, std::string_view content, std::uint32_t claimedSize) {
+  std::string bytes = std::string(id) + littleEndian(claimedSize, 4) + std::string(content);
+  if (content.size() % 2 != 0) bytes += '\0';
+  return bytes;
+}
+inline std::string chunk(std::string_view id, std::string_view content) {
+  return chunk(id, content, static_cast<std::uint32_t>(content.size()));
+}
+
+inline std::string riff(std::string_view chunks, std::string_view form = "WAVE",
+                        std::string_view id = "RIFF") {
+  return chunk(id, std::string(form) + std::string(chunks));
+}
+
+/// The 16 bytes of a "fmt " chunk.
+inline std::string pcmFormat(std::uint32_t channels, std::uint32_t rateHz, std::uint32_t bits,
+                             std::uint32_t tag = 1) {
+  const std::uint32_t frameBytes = channels * (bits / 8);
+  return littleEndian(tag, 2) + littleEndian(channels, 2) + littleEndian(rateHz, 4) +
+         littleEndian(rateHz * frameBytes, 4) + littleEndian(frameBytes, 2) + littleEndian(bits, 2);
+}
+
+inline std::string wavFile(std::string_view format, std::string_view data) {
+  return riff(chunk("fmt ", format) + chunk("data", data));
+}
+
+/// 16-bit mono.
+inline std::string wavFile(const std::vector<std::int16_t>& samples, std::uint32_t rateHz) {
+  return wavFile(pcmFormat(1, rateHz, 16),
+                 {reinterpret_cast<const char*>(samples.data()), samples.size() * sizeof(std::int16_t)});
+}
 
 /// A PCM file with its samples right behind a header of 44 bytes, each part of which may lie.
 struct PcmFile {
@@ -19,10 +54,9 @@ struct PcmFile {
 
   Bytes bytes() const {
     const auto size = dataSize == 0xFFFFFFFF ? static_cast<std::uint32_t>(data.size()) : dataSize;
-    const std::uint32_t frameBytes = channels * (bits / 8);
     ByteWriter file;
-    file.text("RIFF").u32(36 + size).text("WAVEfmt ").u32(16).u16(tag).u16(channels).u32(sampleRate);
-    file.u32(sampleRate * frameBytes).u16(frameBytes).u16(bits).text("data").u32(size);
+    file.text("RIFF").u32(36 + size).text("WAVE");
+    file.text(chunk("fmt ", pcmFormat(channels, sampleRate, bits, tag))).text("data").u32(size);
     file.bytes.insert(file.bytes.end(), data.begin(), data.end());
     return file.bytes;
   }

@@ -9,7 +9,7 @@
 #include "base/file.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temporary_folder.h"
-#include "tests/support/wav_bytes.h"
+#include "tests/support/wav_files.h"
 
 namespace speech {
 namespace {

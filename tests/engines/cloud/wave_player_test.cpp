@@ -7,7 +7,7 @@
 #include "tests/engines/cloud/cloud_engine_test.h"
 #include "tests/support/process_figures.h"
 #include "tests/support/waiting.h"
-#include "tests/support/wav_bytes.h"
+#include "tests/support/wav_files.h"
 
 namespace speech {
 namespace {

@@ -8,7 +8,7 @@
 #include "tests/support/faulty_service.h"
 #include "tests/support/recording_engine.h"
 #include "tests/support/scoped_environment.h"
-#include "tests/support/wav_bytes.h"
+#include "tests/support/wav_files.h"
 #include "win32/paths.h"
 
 namespace speech {

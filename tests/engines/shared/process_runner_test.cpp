@@ -8,7 +8,7 @@
 #include <string>
 
 #include "tests/support/file_content.h"
-#include "tests/support/handle_count.h"
+#include "tests/support/process_figures.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
 
