@@ -104,10 +104,14 @@ OrvaneLXAPI& OpenEngine::local() const {
   return static_cast<OrvaneLXAPI&>(*instance_);
 }
 
-void OpenEngine::requireIdle() {
+bool OpenEngine::deliverDue() {
   EventWindow::deliverPending(window_->handle());
   if (window_ == nullptr) throw Failure(SPEECH_ERROR_HANDLE);
-  if (state_ != SPEECH_STATE_IDLE) throw Failure(SPEECH_ERROR_BUSY);
+  return state_ == SPEECH_STATE_IDLE;
+}
+
+void OpenEngine::requireIdle() {
+  if (!deliverDue()) throw Failure(SPEECH_ERROR_BUSY);
 }
 
 std::string OpenEngine::takeServiceMessage() { return std::exchange(serviceMessage_, {}); }

@@ -53,8 +53,10 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   void unload();
   void loadAgain();
 
-  /// Delivers the events that are due, then fails while the engine is speaking, or when a callback has closed
-  /// it. Exports need the engine for themselves.
+  /// Delivers the events that are due; true when nothing is spoken then. Fails when a callback has closed the
+  /// engine.
+  bool deliverDue();
+  /// The same, but fails while the engine is speaking: exports need it for themselves.
   void requireIdle();
 
   /// What the service has said since the last call of this, UTF-8.

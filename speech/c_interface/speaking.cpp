@@ -20,8 +20,10 @@ std::int32_t speak(SpeechEngine handle, const Char* text, std::uint32_t flags) {
   });
 }
 
-/// Dispatches the messages that wait. Fails when the program is to quit.
+/// Dispatches the messages that wait, but not all that are posted meanwhile: a busy window may never stop.
+/// Fails when the program is to quit.
 void dispatchPending() {
+  const DWORD begin = GetTickCount();
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
     if (message.message == WM_QUIT) {
@@ -30,6 +32,8 @@ void dispatchPending() {
     }
     TranslateMessage(&message);
     DispatchMessageW(&message);
+    const bool isLater = static_cast<LONG>(message.time - begin) > 0;
+    if (isLater) return;
   }
 }
 
@@ -85,7 +89,7 @@ std::int32_t SPEECH_CALL speech_wait(SpeechEngine engine, std::int32_t timeout_m
     engineOf(engine);
     for (;;) {
       dispatchPending();
-      if (engineOf(engine)->state() == SPEECH_STATE_IDLE) return;
+      if (engineOf(engine)->deliverDue()) return;
       MsgWaitForMultipleObjectsEx(0, nullptr, remaining(timeout_ms, start), QS_ALLINPUT, MWMO_INPUTAVAILABLE);
     }
   });

@@ -48,16 +48,9 @@ TEST_F(CSpeaking, TheEndIsToldFromTheWordThatLooksLikeIt) {
   EXPECT_THAT(eventsToTheEnd(), ElementsAre("started", "finished"));
 }
 
-TEST_F(CSpeaking, ARefusedTextFailsOnceAndLeavesTheNextAlone) {
+TEST_F(CSpeaking, ASecondTextWaitsOrInterruptsButNotOneThatWasRefused) {
   recording().answer("LXAPI_Speak(1, \"no\", -1, 2)", LX_ERROR_DEVICE);
   EXPECT_EQ(speech_speak(engine_, "no", 0), SPEECH_ERROR_REFUSED);
-  EXPECT_EQ(speech_wait(engine_, 0), SPEECH_OK);
-  speak("yes");
-  end();
-  EXPECT_THAT(eventsToTheEnd(), ElementsAre("failed -12 []", "started", "finished"));
-}
-
-TEST_F(CSpeaking, ASecondTextWaitsOrInterrupts) {
   speak("one");
   EXPECT_EQ(speech_speak(engine_, "two", 0), SPEECH_ERROR_BUSY);
   EXPECT_THAT(recording().takeCalls(), IsEmpty());
@@ -65,7 +58,7 @@ TEST_F(CSpeaking, ASecondTextWaitsOrInterrupts) {
   EXPECT_THAT(recording().takeCalls(), ElementsAre("LXAPI_Stop(1)", "LXAPI_Speak(1, \"two\", -1, 2)"));
   end();
   speak("three");
-  EXPECT_THAT(takeEvents(), ElementsAre("started", "started", "finished")) << "the end that was due counts";
+  EXPECT_THAT(takeEvents(), ElementsAre("failed -12 []", "started", "started", "finished"));
   hearWord(0, 3);
   EXPECT_EQ(speech_stop(engine_), SPEECH_OK);
   hearWord(0, 3);
@@ -139,11 +132,24 @@ TEST_F(CSpeaking, ACallbackMaySpeakTheNextTextAndCloseTheEngine) {
   EXPECT_EQ(g_hostWindow.load(), nullptr) << "where the engine's thread would post";
 }
 
-TEST_F(CSpeaking, QuittingEndsTheWaitAndReachesTheProgramsOwnLoop) {
+/// Posts the next message while handling one.
+LRESULT CALLBACK postNext(HWND window, UINT message, WPARAM left, LPARAM) {
+  if (left > 0) PostMessageW(window, message, left - 1, 0);
+  return 0;
+}
+
+TEST_F(CSpeaking, WaitingEndsWithTheSpeechOrTheProgramThoughTheQueueNeverEmpties) {
+  HostWindow window;
+  SetWindowLongPtrW(window.handle(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(postNext));
+  PostMessageW(window.handle(), WM_APP, 100'000, 0);
   speak("one");
+  end();
+  EXPECT_THAT(eventsToTheEnd(), ElementsAre("started", "finished"));
+  MSG message = {};
+  EXPECT_TRUE(PeekMessageW(&message, window.handle(), WM_APP, WM_APP, PM_REMOVE));
+  speak("two");
   PostQuitMessage(3);
   EXPECT_EQ(speech_wait(engine_, -1), SPEECH_ERROR_QUIT);
-  MSG message = {};
   EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
   EXPECT_EQ(message.wParam, 3u);
 }
