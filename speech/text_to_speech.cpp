@@ -1,7 +1,9 @@
 #include <speech/text_to_speech.h>
 
-#include <memory>
+#include <algorithm>
+#include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "engines/cloud/skyvo.h"
 #include "engines/local/orvane_lxapi.h"
@@ -19,6 +21,8 @@ namespace {
 struct {
   /// The one live engine; owned.
   ITextToSpeech* instance = nullptr;
+  /// How many engines there have been.
+  std::uint32_t instanceCount = 0;
   /// The product of the last successful getInstance; not owned.
   LXAPIProduct* product = nullptr;
   /// The installed voices; owned. While it is null the engine library must not be called.
@@ -33,16 +37,19 @@ ITextToSpeech* makeEngine(LXAPIProduct* product) {
   return new speech::OrvaneLXAPI(product);
 }
 
-bool contains(const CStringArray& texts, const CStringW& wanted) {
-  for (std::intptr_t i = 0; i < texts.GetSize(); ++i) {
-    if (texts.GetAt(i).CompareNoCase(wanted) == 0) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
-ITextToSpeech* speech::currentInstance() { return state.instance; }
+std::uint32_t speech::currentInstanceNumber() { return state.instance != nullptr ? state.instanceCount : 0; }
+
+std::vector<CStringW> speech::distinctLanguages(LXAPIProductList& voices) {
+  std::vector<CStringW> codes;
+  for (POSITION at = voices.GetHeadPosition(); at != nullptr;) {
+    const CStringW code = voices.GetNext(at)->getLanguageCode();
+    const auto isSame = [&code](const CStringW& known) { return known.CompareNoCase(code) == 0; };
+    if (std::ranges::none_of(codes, isSame)) codes.push_back(code);
+  }
+  return codes;
+}
 
 ITextToSpeech::ITextToSpeech() = default;
 ITextToSpeech::ITextToSpeech(const ITextToSpeech&) = default;
@@ -60,6 +67,7 @@ ITextToSpeech* ITextToSpeech::getInstance(HWND window, UINT message, LXAPIProduc
     ITextToSpeech* const engine = makeEngine(product);
     // Kept: an engine that fails to initialise stays the current one; the next call disposes of it.
     state.instance = engine;
+    ++state.instanceCount;
     if (!engine->initialize()) return nullptr;
     speech::g_hostWindow.store(window, std::memory_order_relaxed);
     speech::g_noticeMessage.store(message, std::memory_order_relaxed);
@@ -100,14 +108,8 @@ CStringArray* ITextToSpeech::getISOCodeList() {
   guarded([] {
     LXAPIProductList* const products = getLXAPIProductList();
     if (products == nullptr) return;
-    CStringArray seen;
-    for (POSITION at = products->GetHeadPosition(); at != nullptr;) {
-      const CStringW code = products->GetNext(at)->getLanguageCode();
-      if (contains(seen, code)) continue;
-      // Kept: the module's list is not emptied first, so every call appends the codes once more.
-      state.languageCodes.Add(code);
-      seen.Add(code);
-    }
+    // Kept: the module's list is not emptied first, so every call appends the codes once more.
+    for (const CStringW& code : speech::distinctLanguages(*products)) state.languageCodes.Add(code);
   });
   return &state.languageCodes;
 }

@@ -69,7 +69,6 @@ std::int32_t SPEECH_CALL speech_release() {
     requireNoForeignEngine();
     closeEngine();
     ITextToSpeech::releaseInstance();
-    session().own = nullptr;
     session().thread = 0;
   });
 }

@@ -21,7 +21,7 @@ void OpenEngine::load() {
         if (const auto self = weak.lock()) self->receive(message, wParam, lParam);
       });
   instance_ = ITextToSpeech::getInstance(window_->handle(), EventWindow::kNotice, &product_);
-  session().own = currentInstance();
+  session().ownInstance = instanceNumber_ = currentInstanceNumber();
   if (instance_ == nullptr) throw Failure(SPEECH_ERROR_LOAD);
   setToolFolder(moduleFolder(thisModule()));
   // An engine that lacks one of the settings speaks all the same.
@@ -29,7 +29,9 @@ void OpenEngine::load() {
   product_.getOptions()->applied();
 }
 
-bool OpenEngine::isCurrent() const { return instance_ != nullptr && currentInstance() == instance_; }
+bool OpenEngine::isCurrent() const {
+  return instance_ != nullptr && currentInstanceNumber() == instanceNumber_;
+}
 
 void OpenEngine::setWindow(HWND window, UINT message) {
   listener_.window = window;

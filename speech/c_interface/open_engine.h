@@ -90,6 +90,7 @@ class OpenEngine : public std::enable_shared_from_this<OpenEngine> {
   std::wstring toolFolder_;
   std::unique_ptr<EventWindow> window_;
   ITextToSpeech* instance_ = nullptr;
+  std::uint32_t instanceNumber_ = 0;
 
   SpeechState state_ = SPEECH_STATE_IDLE;
   /// Cloud: the end notice of a stopped speech can come late, but always before the start of the next.

@@ -43,8 +43,8 @@ void closeEngine() {
 }
 
 void requireNoForeignEngine() {
-  if (currentInstance() != nullptr && currentInstance() != session().own)
-    throw Failure(SPEECH_ERROR_ENGINE_OPEN);
+  const std::uint32_t live = currentInstanceNumber();
+  if (live != 0 && live != session().ownInstance) throw Failure(SPEECH_ERROR_ENGINE_OPEN);
 }
 
 void requireThread() {

@@ -48,8 +48,8 @@ struct Session {
   std::string detail;
   std::shared_ptr<OpenEngine> engine;
   std::uintptr_t lastHandle = 0;
-  /// The instance that the C interface made last, open or not; the next one replaces it.
-  const ITextToSpeech* own = nullptr;
+  /// The number of the instance that the C interface made last, open or not.
+  std::uint32_t ownInstance = 0;
 };
 
 Session& session();

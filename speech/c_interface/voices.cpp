@@ -10,6 +10,7 @@
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
+#include "speech/facade.h"
 
 namespace speech::c_interface {
 namespace {
@@ -66,23 +67,11 @@ std::int32_t voiceNumber(const LXAPIProduct& voice, std::int32_t which) {
   }
 }
 
-/// The distinct language codes, each spelled as by the first voice that has it.
-std::vector<CStringW> languages() {
-  std::vector<CStringW> codes;
-  LXAPIProductList& list = voices();
-  for (POSITION at = list.GetHeadPosition(); at != nullptr;) {
-    const CStringW code = list.GetNext(at)->getLanguageCode();
-    const auto isSame = [&code](const CStringW& known) { return known.CompareNoCase(code) == 0; };
-    if (std::ranges::none_of(codes, isSame)) codes.push_back(code);
-  }
-  return codes;
-}
-
 template <class Char>
 std::int32_t handOutLanguage(std::int32_t index, Char* buffer, std::uint32_t capacity,
                              std::uint32_t* length) {
   return answered([&] {
-    const std::vector<CStringW> codes = languages();
+    const std::vector<CStringW> codes = distinctLanguages(voices());
     if (index < 0 || static_cast<std::size_t>(index) >= codes.size()) throw Failure(SPEECH_ERROR_VOICE);
     handOut(viewOf(codes[static_cast<std::size_t>(index)]), buffer, capacity, length);
   });
@@ -165,7 +154,8 @@ std::int32_t SPEECH_CALL speech_voice_number(std::int32_t voice, std::int32_t wh
 }
 
 std::int32_t SPEECH_CALL speech_language_count(std::int32_t* count) {
-  return answered([&] { *required(count) = static_cast<std::int32_t>(languages().size()); });
+  return answered(
+      [&] { *required(count) = static_cast<std::int32_t>(speech::distinctLanguages(voices()).size()); });
 }
 
 std::int32_t SPEECH_CALL speech_language(std::int32_t index, char* buffer, std::uint32_t capacity,

@@ -23,14 +23,10 @@ static void check(int holds, const char* condition) {
 }
 
 static const char kText[] = "Na\xC3\xAFve words, one by one.";
-static char heard[200] = "";
 
 static void SPEECH_CALL on_event(void* user, const SpeechEvent* event) {
-  CHECK(user == kText);
-  if (event->kind == SPEECH_EVENT_STARTED) strcat(heard, "<");
-  if (event->kind == SPEECH_EVENT_WORD) strncat(heard, kText + event->utf8_offset, event->utf8_length);
-  if (event->kind == SPEECH_EVENT_WORD) strcat(heard, "/");
-  if (event->kind == SPEECH_EVENT_FINISHED) strcat(heard, ">");
+  if (event->kind == SPEECH_EVENT_WORD) strncat(user, kText + event->utf8_offset, event->utf8_length);
+  strcat(user, event->kind == SPEECH_EVENT_STARTED ? "<" : event->kind == SPEECH_EVENT_WORD ? "/" : ">");
 }
 
 static int32_t first_english_voice(void) {
@@ -53,13 +49,13 @@ static void check_file(const char* path, const char* mark) {
 }
 
 int main(int count, char** arguments) {
-  char path[300], record[100] = "";
+  char path[300], record[100] = "", heard[200] = "";
   SpeechEngine engine = NULL;
   SpeechAudio audio = {0};
   WFHeader header;
   sprintf(path, "%s\\speech.out", count > 1 ? arguments[1] : "");
 
-  OK(speech_engine_open(first_english_voice(), on_event, (void*)kText, &engine));
+  OK(speech_engine_open(first_english_voice(), on_event, heard, &engine));
   CHECK(LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatMuLaw, 1) == 1 && header.blockAlign == 1);
 
   OK(speech_csv_make(engine, "say \"na\xC3\xAFve\"", "a, b", record, sizeof record, NULL));
