@@ -8,12 +8,7 @@
 
 namespace {
 
-class Dll : public ::testing::Test {
- protected:
-  void TearDown() override { ITextToSpeech::releaseInstance(); }
-};
-
-TEST_F(Dll, ItsOneExceptionIsCaughtByTheHost) {
+TEST(Dll, ItsOneExceptionIsCaughtByTheHost) {
   try {
     ITextToSpeech::getISOListAt(-1);
     FAIL() << "no exception";
@@ -22,29 +17,16 @@ TEST_F(Dll, ItsOneExceptionIsCaughtByTheHost) {
   }
 }
 
-TEST_F(Dll, VoicesAndTheirTextsAreTheHosts) {
-  LXAPIProductList* const voices = ITextToSpeech::getLXAPIProductList();
-  ASSERT_NE(voices, nullptr);
-  EXPECT_GT(voices->GetCount(), 200);
-  for (POSITION at = voices->GetHeadPosition(); at != nullptr;) {
-    LXAPIProduct* const voice = voices->GetNext(at);
-    EXPECT_FALSE(voice->getKeyLabel().IsEmpty());
-    EXPECT_FALSE(voice->getLanguageCode().IsEmpty());
-  }
-  EXPECT_GT(ITextToSpeech::getISOListCount(), 50);
-}
-
-TEST_F(Dll, SamplesAreFreedByTheHost) {
+TEST(Dll, TextsAndSamplesAreFreedByTheHost) {
   ITextToSpeech* const engine =
       ITextToSpeech::getInstance(nullptr, 0, ITextToSpeech::getLXAPIProductList()->GetHead());
   ASSERT_NE(engine, nullptr);
+  EXPECT_FALSE(ITextToSpeech::getCurrentProduct()->getKeyLabel().IsEmpty());
   EXPECT_EQ(engine->escapeXml(L"<"), L"&lt;");
   unsigned char* samples = nullptr;
-  const int size = engine->synthesizeToBuffer(L"One.", false, &samples);
-  EXPECT_GT(size, 1000);
-  ASSERT_NE(samples, nullptr);
-  EXPECT_EQ(samples[size], 0);
+  EXPECT_GT(engine->synthesizeToBuffer(L"One.", false, &samples), 1000);
   ExternFree(samples);
+  ITextToSpeech::releaseInstance();
 }
 
 }  // namespace

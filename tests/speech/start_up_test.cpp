@@ -5,16 +5,15 @@
 
 #include <windows.h>
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace {
 
 bool socketsFail = false;
 int socketStarts = 0;
-std::vector<std::wstring> boxes;
+std::wstring shown;
 
 int startSockets(WORD, WSADATA*) {
   if (!socketsFail) ++socketStarts;
@@ -22,7 +21,7 @@ int startSockets(WORD, WSADATA*) {
 }
 int endSockets() { return --socketStarts; }
 int showBox(HWND, const wchar_t* text, const wchar_t*, UINT) {
-  boxes.push_back(text);
+  shown = text;
   return IDOK;
 }
 
@@ -44,7 +43,7 @@ TEST(StartUp, WithoutSocketsTheLoadIsRefusedWithAMessageAndNothingIsEnded) {
   EXPECT_FALSE(DllMain(kModule, DLL_PROCESS_ATTACH, nullptr));
   wchar_t text[200] = L"";
   ASSERT_GT(LoadStringW(kModule, 101, text, 200), 0);
-  EXPECT_THAT(boxes, testing::ElementsAre(text));
+  EXPECT_EQ(shown, text);
   DllMain(kModule, DLL_PROCESS_DETACH, nullptr);  // as the system does when a load is refused
   EXPECT_EQ(socketStarts, 0);
   socketsFail = false;
@@ -53,7 +52,6 @@ TEST(StartUp, WithoutSocketsTheLoadIsRefusedWithAMessageAndNothingIsEnded) {
 TEST(StartUp, SocketsLastFromTheLoadToTheUnloadUnlessTheProcessEnds) {
   int endOfProcess = 0;
   EXPECT_TRUE(DllMain(kModule, DLL_PROCESS_ATTACH, nullptr));
-  EXPECT_EQ(socketStarts, 1);
   DllMain(kModule, DLL_PROCESS_DETACH, &endOfProcess);
   EXPECT_EQ(socketStarts, 1) << "the socket library may be gone";
   DllMain(kModule, DLL_PROCESS_DETACH, nullptr);
