@@ -37,8 +37,11 @@ WordTracker::Events WordTracker::word(int64_t position, int32_t count, uint64_t 
 }
 
 WordTracker::Events WordTracker::flush(int64_t position, uint64_t frame) {
-  const size_t limit = static_cast<size_t>(std::max<int64_t>(position, 0));
-  return finish(std::min(limit, segment_.characters.size()), frame);
+  const size_t length = segment_.characters.size();
+  size_t limit = std::min(static_cast<size_t>(std::max<int64_t>(position, 0)), length);
+  // A mark right behind a word may lie a letter or two inside it.
+  if (pending_) limit = std::max(limit, endOfLetters(pending_->end, length));
+  return finish(limit, frame);
 }
 
 /// Index of the character that a word mark means, or nothing where no word is.

@@ -2,88 +2,71 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace speech::service {
 namespace {
 
-const VoiceList& catalogue() {
+std::variant<SpeechRequest, Refusal> read(std::string_view body) {
   static const VoiceList voices =
       VoiceList::fromListing("voice\tEnglish (America)\tgmw/en-US\t2 en-us\nvariety\tf2\n");
-  return voices;
+  return readSpeechRequest(body, voices, {"secret", 10});
 }
 
-std::variant<SpeechRequest, Refusal> read(std::string_view body) {
-  return readSpeechRequest(body, catalogue(), {"secret", 10});
-}
-
-TEST(SpeechRequest, AFormOfTheClientIsUnderstood) {
-  const auto result = read(
-      "streaming=0&key=secret&voice=English "
-      "(America)+f2&lang=en-US&text=%C3%A9%20%26%3D%2B%25&audioformat=pcm");
-  const auto* request = std::get_if<SpeechRequest>(&result);
-  ASSERT_NE(request, nullptr);
-  EXPECT_EQ(request->voice.engine, "gmw/en-US+f2");
-  EXPECT_EQ(request->text, "\u00E9 &=+%");
-  EXPECT_EQ(request->characterCount, 6U);
-  EXPECT_FALSE(request->isSsml);
-  EXPECT_EQ(request->format, AudioFormat::kWav);
-}
-
-TEST(SpeechRequest, SsmlAndMp3AndALanguageWithoutAVoice) {
-  const auto result = read("key=secret&lang=en-US&ssml=<p/>&audioformat=mp3&unknown=1&unknown=2");
-  const auto* request = std::get_if<SpeechRequest>(&result);
-  ASSERT_NE(request, nullptr);
-  EXPECT_EQ(request->voice.engine, "gmw/en-US");
-  EXPECT_EQ(request->text, "<p/>");
-  EXPECT_TRUE(request->isSsml);
-  EXPECT_EQ(request->format, AudioFormat::kMp3);
-}
-
-struct RefusalCase {
-  const char* body;
-  int status;
-  const char* message;
-};
-
-TEST(SpeechRequest, ARefusedOneGetsItsStatusAndOneClearLine) {
-  for (const auto& [body, status, message] :
-       {RefusalCase{"", 401, "the field \"key\" does not hold this service's key"},
-        {"key=&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
-        {"key=secre&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
-        {"key=secretsecret&text=a", 401, "the field \"key\" does not hold this service's key"},
-        {"key=secret&voice=en-us", 400, "exactly one of the fields \"text\" and \"ssml\" must be given"},
-        {"key=secret&voice=en-us&text=a&ssml=b", 400,
-         "exactly one of the fields \"text\" and \"ssml\" must be given"},
-        {"key=secret&voice=en-us&text=a&text=b", 400, "the field \"text\" is given more than once"},
-        {"key=secret&streaming=1&voice=en-us&text=a", 400,
-         "streaming is not offered; the field \"streaming\" must be 0"},
-        {"key=secret&voice=en-us&text=a&audioformat=o%gg", 400,
-         "audioformat \"o%gg\" is not offered; there are pcm, wav and mp3"},
-        {"key=secret&voice=en-us&text=%", 400, "the field \"text\" has a malformed percent-encoding"},
-        {"key=secret&voice=en-us&ssml=%4", 400, "the field \"ssml\" has a malformed percent-encoding"},
-        {"key=secret&voice=100%&text=a", 400, "the field \"voice\" has a malformed percent-encoding"},
-        {"key=secret&lang=%x&text=a", 400, "the field \"lang\" has a malformed percent-encoding"},
-        {"key=secret&voice=en-us&text=%ED%A0%80", 400, "the field \"text\" is not valid UTF-8"},
-        {"key=secret&voice=en-us&text=a%00b", 400, "the field \"text\" holds a zero character"},
-        {"key=secret&voice=en-us&text=12345678901", 413, "the text has 11 characters; at most 10 are spoken"},
-        {"key=secret&text=a", 400, "one of the fields \"voice\" and \"lang\" must be given"},
-        {"key=secret&voice=a%0Ab\xE5&text=a", 404, "there is no voice \"a?b?\""},
-        {"key=secret&lang=xx-YY&text=a", 404, "there is no voice for the language \"xx-YY\""}}) {
+TEST(SpeechRequest, AFormIsUnderstoodAsTheClientAndAsAnyFormWritesIt) {
+  using Understood = std::tuple<std::string, std::string, size_t, bool, AudioFormat>;
+  const std::string euros = "\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC";
+  for (const auto& [body, expected] :
+       {std::pair(std::string("streaming=0&key=secret&voice=English (America)+f2&lang=en-US&"
+                              "text=%C3%a9%20%26%3D%2B%25&audioformat=pcm"),
+                  Understood("gmw/en-US+f2", "\u00E9 &=+%", 6, false, AudioFormat::kWav)),
+        {"key=secret&lang=en-US&ssml=<p/>&audioformat=mp3&unknown=1&unknown=2",
+         {"gmw/en-US", "<p/>", 4, true, AudioFormat::kMp3}},
+        {"&&=x&bare&voice=EN%2Dus&key=secret&text=a+b%2Bc=d",
+         {"gmw/en-US", "a b+c=d", 7, false, AudioFormat::kWav}},
+        {"key=secret&voice=en-us&text=", {"gmw/en-US", "", 0, false, AudioFormat::kWav}},
+        {"key=secret&voice=en-us&text=" + euros, {"gmw/en-US", euros, 10, false, AudioFormat::kWav}}}) {
     const auto result = read(body);
-    const auto* refusal = std::get_if<Refusal>(&result);
-    ASSERT_NE(refusal, nullptr) << body;
-    EXPECT_EQ(refusal->status, status) << body;
-    EXPECT_EQ(refusal->message, message) << body;
+    const auto* const request = std::get_if<SpeechRequest>(&result);
+    ASSERT_NE(request, nullptr) << body;
+    EXPECT_EQ(Understood(request->voice.engine, request->text, request->characterCount, request->isSsml,
+                         request->format),
+              expected)
+        << body;
   }
 }
 
-TEST(SpeechRequest, MayHaveNoTextAndTheLimitCountsCharactersNotBytes) {
-  for (const std::string text : {"", "\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC\u20AC"}) {
-    const auto result = read("key=secret&voice=en-us&text=" + text);
-    const auto* request = std::get_if<SpeechRequest>(&result);
-    ASSERT_NE(request, nullptr);
-    EXPECT_EQ(request->text, text);
+TEST(SpeechRequest, ARefusedOneGetsItsStatusAndOneClearLine) {
+  struct Case {
+    std::string body;
+    int status;
+    const char* message;
+  };
+  const std::string good = "key=secret&voice=en-us&";
+  std::vector<Case> cases{
+      {"", 401, "the field \"key\" does not hold this service's key"},
+      {"key=secre&voice=en-us&text=a", 401, "the field \"key\" does not hold this service's key"},
+      {"key=secretsecret&text=a", 401, "the field \"key\" does not hold this service's key"},
+      {good, 400, "exactly one of the fields \"text\" and \"ssml\" must be given"},
+      {good + "text=a&ssml=b", 400, "exactly one of the fields \"text\" and \"ssml\" must be given"},
+      {good + "text=a&text=b", 400, "the field \"text\" is given more than once"},
+      {good + "streaming=1&text=a", 400, "streaming is not offered; the field \"streaming\" must be 0"},
+      {good + "text=a&audioformat=o%gg", 400,
+       "audioformat \"o%gg\" is not offered; there are pcm, wav and mp3"},
+      {good + "ssml=%4", 400, "the field \"ssml\" has a malformed percent-encoding"},
+      {"key=secret&voice=100%&text=a", 400, "the field \"voice\" has a malformed percent-encoding"},
+      {"key=secret&lang=%x&text=a", 400, "the field \"lang\" has a malformed percent-encoding"},
+      {good + "text=%ED%A0%80", 400, "the field \"text\" is not valid UTF-8"},
+      {good + "text=a%00b", 400, "the field \"text\" holds a zero character"},
+      {good + "text=12345678901", 413, "the text has 11 characters; at most 10 are spoken"},
+      {"key=secret&text=a", 400, "one of the fields \"voice\" and \"lang\" must be given"},
+      {"key=secret&voice=a%0Ab\xE5&text=a", 404, "there is no voice \"a?b?\""},
+      {"key=secret&lang=xx-YY&text=a", 404, "there is no voice for the language \"xx-YY\""}};
+  for (const char* const malformed : {"%", "abc%", "%4g", "%g4", "%%41", "% 41", "%+1"})
+    cases.push_back({good + "text=" + malformed, 400, "the field \"text\" has a malformed percent-encoding"});
+  for (const auto& [body, status, message] : cases) {
+    const auto result = read(body);
+    const auto* const refusal = std::get_if<Refusal>(&result);
+    ASSERT_NE(refusal, nullptr) << body;
+    EXPECT_EQ(std::pair(refusal->status, refusal->message), std::pair(status, std::string(message))) << body;
   }
 }
 
