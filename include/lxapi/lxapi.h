@@ -21,6 +21,7 @@
 /// Every function may be called from any thread; calls on one synthesis handle are serialised by the library.
 
 // NOLINTBEGIN(modernize-*): hosts in C include this header too.
+#include <stddef.h>
 #include <stdint.h>
 #include <wchar.h>
 
@@ -121,7 +122,7 @@ enum LxInformation {
   LX_INFO_COMMA_PAUSE_MINIMUM = 26   ///< Shortest comma pause.
 };
 
-/// What the checks of a user dictionary's entries answer.
+/// Results of the checks of a user dictionary's entries.
 enum LxDictCheck {
   LX_DICT_OK = 0,            ///< Good.
   LX_DICT_EMPTY = 1,         ///< Empty.
@@ -133,7 +134,7 @@ enum LxDictCheck {
   LX_DICT_BAD_RECORD = 7     ///< Not a CSV record of two fields or more.
 };
 
-/// Limits that "LX_GetUserDictLimit" tells.
+/// Limits that "LX_GetUserDictLimit" returns.
 enum LxDictLimit {
   LX_DICT_LIMIT_ENTRIES = 0,  ///< Most entries.
   LX_DICT_LIMIT_SOURCE = 1,   ///< Longest source, in characters.
@@ -142,7 +143,7 @@ enum LxDictLimit {
   LX_DICT_LIMIT_NUMBERS = 4   ///< How many dictionaries an engine can have at a time, numbered from 0.
 };
 
-/// What an engine says of itself. Texts are zero-terminated.
+/// Describes an engine. Texts are zero-terminated.
 typedef struct LXTTSINFO {
   wchar_t name[128];    ///< The engine's name.
   wchar_t version[32];  ///< Its version.
@@ -162,8 +163,8 @@ typedef struct LXAUDIOOUT {
 /// An event as the event procedure receives it: 288 bytes, owned by the library for the duration of the call.
 typedef struct LXEVENT {
   uint32_t reserved;  ///< 0.
-  uint32_t word1;     ///< What it means is the event's own, see LxEventNumber.
-  uint32_t word2;     ///< Likewise.
+  uint32_t word1;     ///< Depends on the event, see LxEventNumber.
+  uint32_t word2;     ///< Depends on the event, too.
   char name[276];     ///< Bookmark name, UTF-8, zero-terminated.
 } LXEVENT;
 
@@ -173,7 +174,7 @@ typedef struct LXEVENT {
 /// @param record  the event's details, valid during the call
 typedef void(LXAPI_CALL* LXEVENTPROC)(uint32_t tts, int32_t event, const LXEVENT* record);
 
-/// Starts the library. Counts: every LXAPI_Init wants its LXAPI_Exit.
+/// Starts the library. Calls nest: each LXAPI_Init needs its own LXAPI_Exit.
 /// @return LX_OK or an error
 int32_t LXAPI_CALL LXAPI_Init(void);
 
@@ -185,9 +186,9 @@ int32_t LXAPI_CALL LXAPI_Exit(void);
 /// @return the first engine's cursor, or 0 when none is installed
 uint32_t LXAPI_CALL LXAPI_GetFirstInstalledEngine(void);
 
-/// Goes on with the enumeration.
-/// @param cursor  the one before
-/// @return the cursor behind it, or 0 at the end
+/// Continues the enumeration.
+/// @param cursor  the previous one
+/// @return the next cursor, or 0 at the end
 uint32_t LXAPI_CALL LXAPI_GetNextInstalledEngine(uint32_t cursor);
 
 /// Describes an installed engine. Every pointer is optional. Texts belong to the library and live until
@@ -218,7 +219,7 @@ uint32_t LXAPI_CALL LXAPI_CreateHandle(void);
 /// @return the engine's handle, or 0; it lives until LXAPI_Exit
 uint32_t LXAPI_CALL LXAPI_GetEngine(const char* key1, const char* key2);
 
-/// Asks what the engine says of itself.
+/// Describes an engine.
 /// @param engine  an engine's handle
 /// @param info    receives the answer
 /// @return LX_OK, LX_ERROR_BAD_HANDLE, LX_ERROR_BAD_ARGUMENT or LX_ERROR_NOT_STARTED
@@ -334,8 +335,8 @@ int32_t LXAPI_CALL LXAPI_BufferClose(uint32_t tts);
 /// Loads a user dictionary under a number, in place of the one that has the number.
 ///
 /// A dictionary is a CSV file (RFC 4180) in UTF-8: a word or phrase, what is spoken instead of it, and
-/// further fields that are not looked at, such as a part of speech. It works on whole words, the longest
-/// source first; of several dictionaries the lowest number comes first. A source without capitals stands for
+/// further fields, which are ignored, such as a part of speech. It works on whole words, the longest source
+/// first; of several dictionaries the lowest number comes first. A source without capitals stands for
 /// every way of writing it, one with capitals exactly for itself. Speech that is already running is not
 /// affected.
 /// @param engine  the engine's handle
@@ -370,8 +371,8 @@ int32_t LXAPI_CALL LXAPI_SetLexiconHandle(uint32_t tts, uint32_t lexicon);
 /// @param count   how many pointer-sized arguments follow
 /// @return LX_OK, or LX_ERROR_UNKNOWN_ATTRIBUTE for a name that the engine does not know
 ///
-/// The functions, with their arguments; texts are addresses of zero-terminated UTF-8, and unless something
-/// else is said the answer is written through `result`. An argument that makes no sense leaves `result`
+/// The functions, with their arguments; texts are addresses of zero-terminated UTF-8, and the answer is
+/// written through `result` unless the list says otherwise. An argument that makes no sense leaves `result`
 /// untouched.
 ///
 /// "LX_GetTTSInfo"                   information number (LxInformation)
@@ -399,6 +400,8 @@ int32_t LXAPI_CDECL LXAPI_CallEngineInternal(uint32_t engine, const char* name, 
 #ifdef __cplusplus
 }  // extern "C"
 
-static_assert(sizeof(LXEVENT) == 288, "the event record's size is part of the interface");
+static_assert(sizeof(LXEVENT) == 288 && offsetof(LXEVENT, word1) == 4 && offsetof(LXEVENT, word2) == 8 &&
+                  offsetof(LXEVENT, name) == 12,
+              "the event record's layout is part of the interface");
 #endif
 // NOLINTEND(modernize-*)
