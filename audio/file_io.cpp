@@ -1,4 +1,4 @@
-#include <speech/audio.h>
+#include "audio/file_io.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -7,27 +7,67 @@
 #include <memory>
 #include <new>
 
-#include "audio/byte_order.h"
-#include "audio/file_position.h"
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#include "win32/unique_handle.h"
+#else
+#include <sys/stat.h>
+#endif
+
+#include <speech/audio.h>
 
 namespace speech::audio {
 
 std::atomic<std::int32_t> hostBigEndianFlag{-1};
 
-void settleByteOrder() {
-  if (hostBigEndianFlag < 0) set_endian_info();
-}
-
 bool hostIsBigEndian() {
-  settleByteOrder();
+  if (hostBigEndianFlag < 0) set_endian_info();
   return hostBigEndianFlag > 0;
 }
+
+std::int64_t measureFile(std::FILE* file) {
+  std::fseek(file, 0, SEEK_SET);
+#ifdef _WIN32
+  _fseeki64(file, 0, SEEK_END);
+  const std::int64_t size = _ftelli64(file);
+#else
+  fseeko(file, 0, SEEK_END);
+  const std::int64_t size = ftello(file);
+#endif
+  std::fseek(file, 0, SEEK_SET);
+  return size;
+}
+
+#ifdef _WIN32
+
+bool isSameFile(std::FILE* file, const char* path) {
+  constexpr DWORD kNoAccess = 0;  // enough to identify a file
+  const UniqueHandle other =
+      ownedFileHandle(CreateFileA(path, kNoAccess, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  BY_HANDLE_FILE_INFORMATION one, two;
+  return other && GetFileInformationByHandle(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))), &one) &&
+         GetFileInformationByHandle(other.get(), &two) &&
+         one.dwVolumeSerialNumber == two.dwVolumeSerialNumber && one.nFileIndexHigh == two.nFileIndexHigh &&
+         one.nFileIndexLow == two.nFileIndexLow;
+}
+
+#else
+
+bool isSameFile(std::FILE* file, const char* path) {
+  struct stat one, two;
+  return fstat(fileno(file), &one) == 0 && stat(path, &two) == 0 && one.st_dev == two.st_dev &&
+         one.st_ino == two.st_ino;
+}
+
+#endif
 
 namespace {
 
 constexpr std::int32_t kLargestSwappedElement = 8;
 
-/// `elementSize * count` where that is a number of bytes that memory can hold, else 0.
+/// `elementSize * count`, or 0 if that is no number of bytes that memory can hold.
 std::size_t byteCount(std::int32_t elementSize, std::int32_t count) {
   const std::int64_t bytes = std::int64_t{elementSize} * count;
   return bytes > 0 && static_cast<std::uint64_t>(bytes) <= PTRDIFF_MAX ? static_cast<std::size_t>(bytes) : 0;
@@ -71,7 +111,7 @@ std::int32_t swapdata(void* dst, const void* src, std::int32_t elementSize, std:
 }
 
 std::int32_t swapdata_forced(void* dst, const void* src, std::int32_t elementSize, std::int32_t count) {
-  settleByteOrder();
+  hostIsBigEndian();  // only to settle it
   if (canBeReversed(elementSize)) {
     reverseElements(dst, src, elementSize, count);
   } else {
@@ -86,7 +126,7 @@ std::int32_t FREAD(void* buffer, std::int32_t elementSize, std::int32_t count, s
       bytes == 0) {
     return 0;
   }
-  // Kept: bytes are read as one block, so the answer is 1, not their number.
+  // Kept: bytes are read as one block, so the result is 1 and not their number.
   if (elementSize == 1) return static_cast<std::int32_t>(std::fread(buffer, bytes, 1, file));
   const std::size_t bytesRead = std::fread(buffer, 1, bytes, file);
   if (bytesRead == 0) return 0;

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <utility>
 
-#include "audio/byte_order.h"
-#include "audio/owned_file.h"
-#include "audio/wav_header_reader.h"
+#include "audio/file_io.h"
+#include "audio/wav_file.h"
+#include "base/file.h"
 
 namespace speech::audio {
 namespace {
@@ -62,7 +62,7 @@ std::uint32_t averageBytesPerSec(std::uint16_t blockAlign, std::int32_t samplesP
   return static_cast<std::uint32_t>(static_cast<std::int64_t>(bytes));
 }
 
-enum class Presence { always, unlessPcm, inBlockFormats, inMsAdpcm };
+enum class Presence { kAlways, kUnlessPcm, kInBlockFormats, kInMsAdpcm };
 
 /// One row of the header as it stands in a file; rows follow one another without gaps.
 struct HeaderField {
@@ -73,37 +73,37 @@ struct HeaderField {
 };
 
 constexpr HeaderField kLayout[] = {
-    {offsetof(WFHeader, riffId), 1, 4, Presence::always},
-    {offsetof(WFHeader, riffSize), 4, 1, Presence::always},
-    {offsetof(WFHeader, waveId), 1, 4, Presence::always},
-    {offsetof(WFHeader, fmtId), 1, 4, Presence::always},
-    {offsetof(WFHeader, fmtSize), 4, 1, Presence::always},
-    {offsetof(WFHeader, formatTag), 2, 1, Presence::always},
-    {offsetof(WFHeader, channels), 2, 1, Presence::always},
-    {offsetof(WFHeader, samplesPerSec), 4, 1, Presence::always},
-    {offsetof(WFHeader, averageBytesPerSec), 4, 1, Presence::always},
-    {offsetof(WFHeader, blockAlign), 2, 1, Presence::always},
-    {offsetof(WFHeader, bitsPerSample), 2, 1, Presence::always},
-    {offsetof(WFHeader, extensionSize), 2, 1, Presence::unlessPcm},
-    {offsetof(WFHeader, samplesPerBlock), 2, 1, Presence::inBlockFormats},
-    {offsetof(WFHeader, coefficientCount), 2, 1, Presence::inMsAdpcm},
-    {offsetof(WFHeader, coefficients), 2, 2 * kWFCoefficientPairs, Presence::inMsAdpcm},
-    {offsetof(WFHeader, factId), 1, 4, Presence::unlessPcm},
-    {offsetof(WFHeader, factSize), 4, 1, Presence::unlessPcm},
-    {offsetof(WFHeader, factSampleCount), 4, 1, Presence::unlessPcm},
-    {offsetof(WFHeader, dataId), 1, 4, Presence::always},
-    {offsetof(WFHeader, dataSize), 4, 1, Presence::always},
+    {offsetof(WFHeader, riffId), 1, 4, Presence::kAlways},
+    {offsetof(WFHeader, riffSize), 4, 1, Presence::kAlways},
+    {offsetof(WFHeader, waveId), 1, 4, Presence::kAlways},
+    {offsetof(WFHeader, fmtId), 1, 4, Presence::kAlways},
+    {offsetof(WFHeader, fmtSize), 4, 1, Presence::kAlways},
+    {offsetof(WFHeader, formatTag), 2, 1, Presence::kAlways},
+    {offsetof(WFHeader, channels), 2, 1, Presence::kAlways},
+    {offsetof(WFHeader, samplesPerSec), 4, 1, Presence::kAlways},
+    {offsetof(WFHeader, averageBytesPerSec), 4, 1, Presence::kAlways},
+    {offsetof(WFHeader, blockAlign), 2, 1, Presence::kAlways},
+    {offsetof(WFHeader, bitsPerSample), 2, 1, Presence::kAlways},
+    {offsetof(WFHeader, extensionSize), 2, 1, Presence::kUnlessPcm},
+    {offsetof(WFHeader, samplesPerBlock), 2, 1, Presence::kInBlockFormats},
+    {offsetof(WFHeader, coefficientCount), 2, 1, Presence::kInMsAdpcm},
+    {offsetof(WFHeader, coefficients), 2, 2 * kWFCoefficientPairs, Presence::kInMsAdpcm},
+    {offsetof(WFHeader, factId), 1, 4, Presence::kUnlessPcm},
+    {offsetof(WFHeader, factSize), 4, 1, Presence::kUnlessPcm},
+    {offsetof(WFHeader, factSampleCount), 4, 1, Presence::kUnlessPcm},
+    {offsetof(WFHeader, dataId), 1, 4, Presence::kAlways},
+    {offsetof(WFHeader, dataSize), 4, 1, Presence::kAlways},
 };
 
 bool isWritten(Presence presence, std::uint16_t tag) {
   switch (presence) {
-    case Presence::always:
+    case Presence::kAlways:
       return true;
-    case Presence::unlessPcm:
+    case Presence::kUnlessPcm:
       return tag != kTagPcm;
-    case Presence::inBlockFormats:
+    case Presence::kInBlockFormats:
       return tag == kWaveFormatMsAdpcm || tag == kWaveFormatImaAdpcm || tag == kWaveFormatGsm610;
-    case Presence::inMsAdpcm:
+    case Presence::kInMsAdpcm:
       return tag == kWaveFormatMsAdpcm;
   }
   return false;
@@ -205,11 +205,11 @@ std::int32_t LXUTIL_Read_WFHeader(std::FILE* file, WFHeader* header) {
 std::int32_t WAVHEADER_MAKER(const char* path, std::int32_t dataBytes, std::int32_t samplesPerSec,
                              std::int32_t bitsPerSample, std::int32_t channels) {
   if (path == nullptr || (bitsPerSample != 8 && bitsPerSample != 16)) return -1;
-  OwnedFile file(std::fopen(path, "wb"));
+  speech::File file = speech::openFile(path, "wb");
   if (!file) return -1;
   WFHeader header;
   LXUTIL_Initialize_WFHeader(&header, samplesPerSec, bitsPerSample == 16 ? kWaveFormatPcm16 : kWaveFormatPcm8,
                              static_cast<std::uint32_t>(std::min(channels, 2)));
   LXUTIL_Write_WFHeader(&header, dataBytes, file.get());
-  return std::fclose(file.release());
+  return speech::closeWritten(std::move(file)) ? 0 : -1;
 }

@@ -1,4 +1,4 @@
-#include "audio/wav_samples.h"
+#include "audio/wav_file.h"
 
 #include <algorithm>
 #include <array>
@@ -8,11 +8,12 @@
 namespace speech::audio {
 namespace {
 
-constexpr std::size_t kBlockBytes = 32768;  // two of the widest slots and more
+constexpr std::size_t kBlockBytes = 32768;  // at least a frame of the widest slots
 using Block = std::array<std::uint8_t, kBlockBytes>;
 
 std::int16_t decode(const std::uint8_t* bytes, SampleWidth width) {
-  if (width.kind == SampleWidth::Kind::unsignedByte) return static_cast<std::int16_t>((bytes[0] - 128) * 256);
+  if (width.kind == SampleWidth::Kind::kUnsignedByte)
+    return static_cast<std::int16_t>((bytes[0] - 128) * 256);
   const int highByte = width.bytes > 1 ? bytes[1] : 0;
   return static_cast<std::int16_t>(bytes[0] | highByte << 8);
 }
@@ -20,11 +21,11 @@ std::int16_t decode(const std::uint8_t* bytes, SampleWidth width) {
 /// Appends sample `index` of `samples` at `to`.
 std::uint8_t* encode(std::span<const std::int16_t> samples, std::size_t index, SampleWidth width,
                      std::uint8_t* to) {
-  if (width.kind == SampleWidth::Kind::unsignedByte) {
+  if (width.kind == SampleWidth::Kind::kUnsignedByte) {
     *to++ = static_cast<std::uint8_t>(samples[index] / 256 + 128);
     return to;
   }
-  // Kept: a wide slot goes on into the samples that follow.
+  // Kept: a wide slot takes bytes of the samples that follow.
   for (std::int32_t byte = 0; byte < width.bytes; ++byte) {
     const std::size_t place = index + static_cast<std::size_t>(byte / 2);
     const auto sample = static_cast<std::uint16_t>(place < samples.size() ? samples[place] : 0);
@@ -44,7 +45,7 @@ void readFrames(std::FILE* file, SampleWidth width, int channels, std::span<std:
     std::ranges::fill(right, std::int16_t{0});
     return;
   }
-  const std::uint8_t silence = width.kind == SampleWidth::Kind::unsignedByte ? 128 : 0;
+  const std::uint8_t silence = width.kind == SampleWidth::Kind::kUnsignedByte ? 128 : 0;
   Block block;
   for (std::size_t begin = 0; begin < left.size();) {
     const std::size_t frames = std::min(kBlockBytes / frameBytes, left.size() - begin);

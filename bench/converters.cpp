@@ -6,9 +6,11 @@
 
 #include <stdexcept>
 
-#include "audio/rate_conversion.h"
+#include "audio/rate/converter.h"
 
 namespace {
+
+namespace rate = speech::audio::rate;
 
 using Samples = std::span<std::int16_t>;
 using ConstSamples = std::span<const std::int16_t>;
@@ -91,8 +93,8 @@ const std::vector<Converter>& converters() {
   static const std::vector<Converter> all = {
       ours("ours/large", kRateQualityLarge, rate::bestLevel()),
       ours("ours/small", kRateQualitySmall, rate::bestLevel()),
-      ours("plain/large", kRateQualityLarge, rate::Level::plain),
-      ours("plain/small", kRateQualitySmall, rate::Level::plain),
+      ours("plain/large", kRateQualityLarge, rate::Level::kPlain),
+      ours("plain/small", kRateQualitySmall, rate::Level::kPlain),
       peer("libsoxr/1", convertSoxr, static_cast<unsigned long>(SOXR_LQ)),
       peer("libsoxr/4", convertSoxr, static_cast<unsigned long>(SOXR_HQ)),
       peer("libsamplerate/fastest", convertSamplerate, static_cast<int>(SRC_SINC_FASTEST)),

@@ -9,10 +9,12 @@
 #include <cstdlib>
 #include <vector>
 
-#include "audio/rate_conversion.h"
+#include "audio/rate/converter.h"
 #include "tests/audio/rate_model.h"
 
 namespace {
+
+namespace rate = speech::audio::rate;
 
 constexpr std::array kCommonRates = {6000,  6024,  7000,  8000,  11025, 12000, 16000,
                                      22050, 24000, 32000, 32075, 44100, 48000, 96000};
@@ -67,7 +69,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t byt
   request.inputRate = consumeRate(data);
   request.outputRate = consumeRate(data);
   request.quality = data.ConsumeIntegral<std::uint16_t>();
-  const auto level = data.PickValueInArray({rate::Level::plain, rate::Level::sse2, rate::Level::avx2});
+  const auto level = data.PickValueInArray({rate::Level::kPlain, rate::Level::kSse2, rate::Level::kAvx2});
   if (!rate::hasLevel(level)) return 0;
   consumeSize(data, hash, request);
   const auto input = consumeSamples(data, static_cast<std::size_t>(request.inputCount));

@@ -1,5 +1,3 @@
-#include <speech/audio.h>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,116 +5,83 @@
 #include <filesystem>
 #include <string>
 
-#include "audio/byte_order.h"
-#include "audio/wav_header_reader.h"
-#include "tests/support/binary_file.h"
+#include <speech/audio.h>
+#include "audio/file_io.h"
+#include "audio/wav_file.h"
 #include "tests/support/scratch_file.h"
-#include "tests/support/temporary_folder.h"
 #include "tests/support/wav_files.h"
 
 namespace {
 
-using speech::test::Bytes;
-using speech::test::ByteWriter;
-using speech::test::PcmFile;
-using speech::test::readBytes;
-using speech::test::ScratchFile;
-using speech::test::TemporaryFolder;
-using speech::test::writeBytes;
-using testing::ElementsAreArray;
+using namespace speech::test;
+using namespace testing;
+
+using Words = std::vector<std::int16_t>;
 
 /// The format table that hosts and file readers know: one row per format code, for 16000 Hz and 2 channels.
 struct FormatCase {
-  std::uint32_t code;
-  std::uint32_t tag;
-  std::uint32_t bits;
-  std::uint32_t blockAlign;
-  std::uint32_t bytesPerSecond;
-  Bytes extension;             // cbSize and what follows it in the fmt chunk; none for PCM
+  std::uint32_t code, tag, bits, blockAlign, bytesPerSecond;
+  Words extension;             // cbSize and what follows it in the fmt chunk; none for PCM
   std::uint32_t dataBytes;     // after 2000 bytes of 16-bit input
   std::uint32_t headerLength;  // where the samples begin
 };
 
-Bytes msAdpcmExtension() {
-  return ByteWriter()
-      .u16(32)
-      .u16(244)
-      .u16(7)
-      .samples({256, 0, 512, -256, 0, 0, 192, 64, 240, 0, 460, -208, 392, -232})
-      .bytes;
-}
-Bytes blockExtension(std::uint32_t samplesPerBlock) { return ByteWriter().u16(2).u16(samplesPerBlock).bytes; }
-Bytes emptyExtension() { return ByteWriter().u16(0).bytes; }
+const Words kMsAdpcm{32, 244, 7, 256, 0, 512, -256, 0, 0, 192, 64, 240, 0, 460, -208, 392, -232};
 
 Bytes expectedHeader(const FormatCase& format) {
-  const bool isPcm = format.tag == 1;
-  const auto fmtSize = static_cast<std::uint32_t>(16 + format.extension.size());
+  const auto fmtSize = static_cast<std::uint32_t>(16 + format.extension.size() * 2);
   ByteWriter file;
   file.text("RIFF").u32(format.headerLength - 8 + format.dataBytes).text("WAVE");
   file.text("fmt ").u32(fmtSize).u16(format.tag).u16(2).u32(16000).u32(format.bytesPerSecond);
-  file.u16(format.blockAlign).u16(format.bits);
-  file.bytes.insert(file.bytes.end(), format.extension.begin(), format.extension.end());
-  if (!isPcm) file.text("fact").u32(4).u32(1000);
-  file.text("data").u32(format.dataBytes);
-  return file.bytes;
+  file.u16(format.blockAlign).u16(format.bits).samples(format.extension);
+  if (format.tag != 1) file.text("fact").u32(4).u32(1000);
+  return file.text("data").u32(format.dataBytes).bytes;
 }
 
-class WavHeaderLayout : public testing::TestWithParam<FormatCase> {};
-
-TEST_P(WavHeaderLayout, IsTheFormatsOwnByteForByte) {
-  const FormatCase& format = GetParam();
-  const ScratchFile file;
-  WFHeader header;
-  EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 16000, format.code, 2), 1);
-  EXPECT_EQ(header.riffSize, format.headerLength) << "before the first update";
-  EXPECT_EQ(header.dataSize, 0u);
-  EXPECT_EQ(header.factSampleCount, 0u);
-  EXPECT_EQ(LXUTIL_Write_WFHeader(&header, 2000, file.get()), 1);
-  EXPECT_EQ(std::ftell(file.get()), static_cast<long>(format.headerLength));
-  EXPECT_THAT(file.content(), ElementsAreArray(expectedHeader(format)));
+TEST(WavHeader, IsTheFormatsOwnByteForByte) {
+  for (const FormatCase& format : {FormatCase{kWaveFormatPcm16, 1, 16, 4, 64000, {}, 2000, 44},
+                                   {kWaveFormatPcm8, 1, 8, 2, 32000, {}, 2000, 44},
+                                   {kWaveFormatMsAdpcm, 2, 4, 256, 16787, kMsAdpcm, 500, 90},
+                                   {kWaveFormatALaw, 6, 8, 2, 32000, {0}, 1000, 58},
+                                   {kWaveFormatMuLaw, 7, 8, 2, 32000, {0}, 1000, 58},
+                                   {kWaveFormatImaAdpcm, 17, 4, 512, 16222, {2, 505}, 500, 60},
+                                   {kWaveFormatGsm610, 49, 0, 65, 3250, {2, 320}, 500, 60},
+                                   {kWaveFormatSamples32, 0, 32, 0, 0, {0}, 2000, 58},
+                                   {kWaveFormatUnknown, 0, 16, 0, 0, {0}, 2000, 58},
+                                   {3, 0, 16, 0, 0, {0}, 2000, 58},
+                                   {0x10006, 0, 16, 0, 0, {0}, 2000, 58}}) {
+    SCOPED_TRACE(format.code);
+    const ScratchFile file;
+    WFHeader header;
+    EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 16000, format.code, 2), 1);
+    EXPECT_EQ(header.riffSize, format.headerLength) << "before the first update";
+    EXPECT_EQ(header.dataSize, 0u);
+    EXPECT_EQ(header.factSampleCount, 0u);
+    EXPECT_EQ(LXUTIL_Write_WFHeader(&header, 2000, file.get()), 1);
+    EXPECT_EQ(std::ftell(file.get()), static_cast<long>(format.headerLength));
+    EXPECT_THAT(file.content(), ElementsAreArray(expectedHeader(format)));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Codes, WavHeaderLayout,
-    testing::Values(FormatCase{kWaveFormatPcm16, 1, 16, 4, 64000, {}, 2000, 44},
-                    FormatCase{kWaveFormatPcm8, 1, 8, 2, 32000, {}, 2000, 44},
-                    FormatCase{kWaveFormatMsAdpcm, 2, 4, 256, 16787, msAdpcmExtension(), 500, 90},
-                    FormatCase{kWaveFormatALaw, 6, 8, 2, 32000, emptyExtension(), 1000, 58},
-                    FormatCase{kWaveFormatMuLaw, 7, 8, 2, 32000, emptyExtension(), 1000, 58},
-                    FormatCase{kWaveFormatImaAdpcm, 17, 4, 512, 16222, blockExtension(505), 500, 60},
-                    FormatCase{kWaveFormatGsm610, 49, 0, 65, 3250, blockExtension(320), 500, 60},
-                    FormatCase{kWaveFormatSamples32, 0, 32, 0, 0, emptyExtension(), 2000, 58},
-                    FormatCase{kWaveFormatUnknown, 0, 16, 0, 0, emptyExtension(), 2000, 58},
-                    FormatCase{3, 0, 16, 0, 0, emptyExtension(), 2000, 58},
-                    FormatCase{0x10006, 0, 16, 0, 0, emptyExtension(), 2000, 58}),
-    [](const auto& test) { return "Code" + std::to_string(test.param.code); });
-
-TEST(WavHeader, AddsUpTheSizesOfItsWrites) {
-  const ScratchFile file;
-  WFHeader header;
-  LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatPcm16, 1);
-  LXUTIL_Write_WFHeader(&header, 100, file.get());
-  LXUTIL_Write_WFHeader(&header, 200, file.get());
-  EXPECT_EQ(header.dataSize, 300u);
-  EXPECT_EQ(header.riffSize, 336u);
-  EXPECT_EQ(file.content().size(), 44u) << "the second header replaces the first";
-}
-
-struct Update {
-  std::uint32_t code;
-  std::vector<std::int32_t> sizes;
-  std::uint32_t dataSize, factSampleCount;
-};
-
-TEST(WavHeader, RoundsWithinEachUpdateAndTakesSizesInTheWidthOfItsFields) {
-  for (const auto& [code, sizes, dataSize, factSampleCount] :
-       {Update{kWaveFormatImaAdpcm, {7, 7}, 2, 6}, Update{kWaveFormatGsm610, {-4}, 0x3FFFFFFF, 0xFFFFFFFE},
-        Update{kWaveFormatMuLaw, {2000, -1000}, 500, 500}}) {
+TEST(WavHeader, AddsUpTheSizesOfItsWritesAndRoundsEachOne) {
+  struct Update {
+    std::uint32_t code;
+    std::vector<std::int32_t> sizes;
+    std::uint32_t dataSize, factSampleCount, riffSize;
+  };
+  const Update updates[] = {{kWaveFormatPcm16, {100, 200}, 300, 0, 336},
+                            {kWaveFormatImaAdpcm, {7, 7}, 2, 6, 54},
+                            {kWaveFormatGsm610, {-4}, 0x3FFFFFFF, 0xFFFFFFFE, 0x40000033},
+                            {kWaveFormatMuLaw, {2000, -1000}, 500, 500, 550}};
+  for (const auto& [code, sizes, dataSize, factSampleCount, riffSize] : updates) {
+    const ScratchFile file;
     WFHeader header;
     LXUTIL_Initialize_WFHeader(&header, 8000, code, 1);
-    for (const std::int32_t size : sizes) LXUTIL_Update_WFHeader(&header, size);
+    for (const std::int32_t size : sizes) LXUTIL_Write_WFHeader(&header, size, file.get());
     EXPECT_EQ(header.dataSize, dataSize) << code;
     EXPECT_EQ(header.factSampleCount, factSampleCount) << code;
+    EXPECT_EQ(header.riffSize, riffSize) << code;
+    EXPECT_LE(file.content().size(), 60u) << "the second header replaces the first";
   }
   WFHeader header;
   LXUTIL_Initialize_WFHeader(&header, 8000, kWaveFormatPcm8, 1);
@@ -126,35 +91,35 @@ TEST(WavHeader, RoundsWithinEachUpdateAndTakesSizesInTheWidthOfItsFields) {
 }
 
 TEST(WavHeader, KeepsWhatItsFieldsCanHoldOfAnyChannelCountAndRate) {
-  WFHeader header;
-  for (const std::uint32_t code : {1u, 2u, 6u, 17u, 32u, 49u, 153u}) {
-    EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 8000, code, 0), 1);
-    EXPECT_EQ(header.channels, 0);
-    EXPECT_EQ(header.averageBytesPerSec, code == 49 ? 1625u : 0u);
-    EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, 8000, code, 0xFFFF0001), 1);
-    EXPECT_EQ(header.channels, 1);
+  struct Case {
+    std::uint32_t code, channels;
+    std::int32_t rate;
+    std::uint32_t keptChannels, blockAlign, bytesPerSecond;
+  };
+  for (const auto& [code, channels, rate, keptChannels, blockAlign, bytesPerSecond] :
+       {Case{49, 0, 8000, 0, 65, 1625},
+        {2, 0, 8000, 0, 0, 0},
+        {17, 0xFFFF0001, 8000, 1, 256, 4055},
+        {1, 40000, 2, 40000, 80000 - 65536, 2 * (80000 - 65536)},
+        {1, 2, -1, 2, 4, static_cast<std::uint32_t>(-3)},  // -3.5, truncated
+        {1, 2, 0x7FFFFFFF, 2, 4, 0xFFFFFFFC}}) {
+    WFHeader header;
+    EXPECT_EQ(LXUTIL_Initialize_WFHeader(&header, rate, code, channels), 1);
+    EXPECT_EQ(header.channels, keptChannels);
+    EXPECT_EQ(header.samplesPerSec, static_cast<std::uint32_t>(rate));
+    EXPECT_EQ(header.blockAlign, blockAlign);
+    EXPECT_EQ(header.averageBytesPerSec, bytesPerSecond);
   }
-  LXUTIL_Initialize_WFHeader(&header, 2, kWaveFormatPcm16, 40000);
-  EXPECT_EQ(header.blockAlign, 80000 - 65536);
-  EXPECT_EQ(header.averageBytesPerSec, 2u * (80000 - 65536));
-  LXUTIL_Initialize_WFHeader(&header, -1, kWaveFormatPcm16, 2);
-  EXPECT_EQ(header.samplesPerSec, 0xFFFFFFFFu);
-  EXPECT_EQ(header.averageBytesPerSec, static_cast<std::uint32_t>(-3)) << "-3.5, truncated";
-  LXUTIL_Initialize_WFHeader(&header, 0x7FFFFFFF, kWaveFormatPcm16, 2);
-  EXPECT_EQ(header.averageBytesPerSec, 0xFFFFFFFCu);
 }
 
 TEST(WavHeader, ReversesItsNumbersOnABigEndianHost) {
-  WFHeader header;
+  WFHeader header, readBack;
   LXUTIL_Initialize_WFHeader(&header, 16000, kWaveFormatALaw, 1);
   const ScratchFile file;
   speech::audio::hostBigEndianFlag = 1;
   LXUTIL_Write_WFHeader(&header, 0, file.get());
-  std::rewind(file.get());
-  WFHeader readBack;
   LXUTIL_Read_WFHeader(file.get(), &readBack);
   speech::audio::hostBigEndianFlag = 0;
-
   const Bytes bytes = file.content();
   ASSERT_EQ(bytes.size(), 58u);
   EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "RIFF") << "texts keep their order";
@@ -164,66 +129,39 @@ TEST(WavHeader, ReversesItsNumbersOnABigEndianHost) {
   EXPECT_EQ(readBack.samplesPerSec, 16000u);
 }
 
-TEST(WavHeaderReader, LeavesTheFileAtTheSamplesOfAPcmFile) {
-  ScratchFile file(PcmFile{.channels = 2, .sampleRate = 22050, .data = Bytes(8, 's')}.bytes());
+TEST(WavHeaderReader, TakesWhatFollowsTheFormatForTheDataAndReadsZerosWhereTheFileEnds) {
+  Bytes content = PcmFile{.channels = 2, .sampleRate = 22050, .data = Bytes(8, 's'), .dataSize = 26}.bytes();
+  std::copy_n("LIST", 4, content.begin() + 36);
+  const ScratchFile file(content), end({'R', 'I', 'F', 'F'});
   WFHeader read;
   EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &read), 1);
   EXPECT_EQ(std::ftell(file.get()), 44);
-  EXPECT_EQ(read.formatTag, 1);
-  EXPECT_EQ(read.channels, 2);
-  EXPECT_EQ(read.samplesPerSec, 22050u);
-  EXPECT_EQ(read.averageBytesPerSec, 88200u);
-  EXPECT_EQ(read.blockAlign, 4);
-  EXPECT_EQ(read.bitsPerSample, 16);
-  EXPECT_EQ(read.dataSize, 8u);
-  EXPECT_EQ(read.riffSize, 44u);
-}
-
-TEST(WavHeaderReader, TakesAnyChunkAfterTheFormatForTheData) {
-  Bytes content = PcmFile{.dataSize = 26}.bytes();
-  std::copy_n("LIST", 4, content.begin() + 36);
-  const ScratchFile file(content);
-  WFHeader header;
-  EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &header), 1);
-  EXPECT_EQ(std::string(header.dataId, 4), "LIST");
-  EXPECT_EQ(header.dataSize, 26u);
-}
-
-TEST(WavHeaderReader, ReadsZerosWhereTheFileEnds) {
-  const ScratchFile file({'R', 'I', 'F', 'F'});
-  WFHeader header;
-  std::fill_n(reinterpret_cast<char*>(&header), sizeof header, '\x55');
-  EXPECT_EQ(LXUTIL_Read_WFHeader(file.get(), &header), 1);
-  EXPECT_EQ(header.formatTag, 0);
-  EXPECT_EQ(header.dataSize, 0u);
+  EXPECT_EQ(std::string(read.dataId, 4), "LIST");
+  EXPECT_THAT(
+      (std::vector<std::uint32_t>{read.formatTag, read.channels, read.samplesPerSec, read.averageBytesPerSec,
+                                  read.blockAlign, read.bitsPerSample, read.dataSize, read.riffSize}),
+      testing::ElementsAre(1, 2, 22050, 88200, 4, 16, 26, 62));
+  EXPECT_EQ(LXUTIL_Read_WFHeader(end.get(), &read), 1);
+  EXPECT_EQ(read.formatTag + read.dataSize, 0u);
 }
 
 TEST(WavHeaderMaker, WritesTheCanonicalHeaderOfTwoChannelsAtMost) {
   const TemporaryFolder folder;
   const std::string path = folder.file("header.wav");
+  for (const int bits : {0, 4, 24, 32, -8}) EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 0, 8000, bits, 1), -1);
+  EXPECT_FALSE(std::filesystem::exists(path));
   writeBytes(path, Bytes(100, 1));
   EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 1000, 16000, 16, 1), 0);
   EXPECT_THAT(readBytes(path), ElementsAreArray(PcmFile{.sampleRate = 16000, .dataSize = 1000}.bytes()));
   for (const auto& [channels, written] : {std::pair{2, 2u}, {5, 2u}, {0, 0u}, {-1, 0xFFFFu}}) {
     EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 0, 8000, 8, channels), 0);
-    EXPECT_THAT(readBytes(path), ElementsAreArray(PcmFile{.channels = written, .bits = 8}.bytes()))
-        << channels;
+    EXPECT_THAT(readBytes(path), ElementsAreArray(PcmFile{.channels = written, .bits = 8}.bytes()));
   }
-}
-
-TEST(WavHeaderMaker, RefusesWhatItCannotWrite) {
-  const TemporaryFolder folder;
-  const std::string path = folder.file("header.wav");
-  for (const int bits : {0, 4, 15, 24, 32, -8})
-    EXPECT_EQ(WAVHEADER_MAKER(path.c_str(), 0, 8000, bits, 1), -1);
-  EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_EQ(WAVHEADER_MAKER(folder.file("missing/header.wav").c_str(), 0, 8000, 16, 1), -1);
-  EXPECT_EQ(WAVHEADER_MAKER(folder.path().string().c_str(), 0, 8000, 16, 1), -1) << "a folder";
   EXPECT_EQ(WAVHEADER_MAKER(nullptr, 0, 8000, 16, 1), -1);
-}
-
 #ifdef __linux__
-TEST(WavHeaderMaker, ReportsADiskThatIsFull) { EXPECT_EQ(WAVHEADER_MAKER("/dev/full", 0, 8000, 16, 1), -1); }
+  EXPECT_EQ(WAVHEADER_MAKER("/dev/full", 0, 8000, 16, 1), -1);
 #endif
+}
 
 }  // namespace

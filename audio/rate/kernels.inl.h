@@ -1,16 +1,16 @@
 #pragma once
 
-// The kernels, written once over a vector type. Included by the rate_kernels_*.cpp only, each of which is
-// compiled for another instruction set. Everything is a template over that file's own vector type and nothing
-// of the standard library is called: a function shared between those files could be linked in the version of
-// the wrong one.
+// The kernels, written once over a vector type (vectors.h). Included by kernels.cpp and kernels_avx2.cpp,
+// which are compiled for different instruction sets. Everything is a template over the file's own vector
+// type, and nothing of the standard library is called: the linker keeps one version of a function that both
+// files have, and it could be the one for the wrong processor.
 
 #include <cstddef>
 #include <cstdint>
 
-#include "audio/rate_kernels.h"
+#include "audio/rate/kernels.h"
 
-namespace rate {
+namespace speech::audio::rate {
 
 /// A number that is part of its type.
 template <std::uint32_t kValue>
@@ -18,23 +18,22 @@ struct Index {
   constexpr operator std::uint32_t() const { return kValue; }
 };
 
-/// Counts in bytes, which leaves the compiler less to do.
+/// Counts in bytes, for which compilers make shorter code.
 template <typename Vector>
 inline const std::int16_t* rowAt(const std::int16_t* rows, std::uint32_t row, std::int32_t taps) {
   const auto bytesPerRow = static_cast<std::uint32_t>(taps) * 2 * sizeof(std::int16_t);
   return reinterpret_cast<const std::int16_t*>(reinterpret_cast<const char*>(rows) + row * bytesPerRow);
 }
 
-/// Interpolated coefficients of taps k and up. `fraction` is how far between two entries the centre lies,
-/// << 8.
+/// Interpolated coefficients of the taps from k on. `fraction`: the centre's place between two entries, << 8.
 template <typename Vector, bool kExact>
 inline typename Vector::Type coefficients(const PhaseRows& rows, std::int32_t taps, const std::int16_t* row,
                                           std::int32_t k, typename Vector::Type fraction) {
   typename Vector::Type coef = Vector::load(row + k);
   typename Vector::Type delta = Vector::load(row + taps + k);
   if constexpr (!kExact) {
-    // Where the fractions of centre and tap add up to a whole entry, the next row has the right one. The
-    // fractions are 7 bits, so that shows in the sign.
+    // If the fractions of centre and tap add up to a whole entry, the right one is in the next row. Fractions
+    // have 7 bits, so that the sign shows it.
     const typename Vector::Type both = Vector::add16(fraction, Vector::load(rows.between + k));
     const typename Vector::Type whole = Vector::signMask(both);
     fraction = Vector::withoutSign(both);
@@ -45,8 +44,8 @@ inline typename Vector::Type coefficients(const PhaseRows& rows, std::int32_t ta
   return Vector::add16(coef, Vector::mulHigh(delta, fraction));
 }
 
-/// The taps of both wings for the output sample at `clock`, as 32-bit sums still to be added up across the
-/// vector. kTaps: the taps of a wing at a ratio of 1, or 0 where only `rows` knows them.
+/// The taps of both wings for the output sample at `clock`, as 32-bit sums that are still to be added up
+/// across the vector. kTaps: the taps of a wing at a ratio of 1, or 0 if only `rows` has them.
 template <typename Vector, bool kExact, std::int32_t kTaps>
 inline typename Vector::Type windowSums(const PhaseRows& rows, const WindowSamples& samples,
                                         std::uint32_t clock, typename Vector::Type leftFraction,
@@ -58,7 +57,7 @@ inline typename Vector::Type windowSums(const PhaseRows& rows, const WindowSampl
 
   const std::uint32_t phase = clock & (kOne - 1);
   const std::uint32_t leftPlace = (phase * coefStep) >> 15;
-  // A phase of zero takes the right wing from a whole sample out, as it must: the centre belongs to the left.
+  // At a phase of zero the right wing begins a whole sample out: the centre belongs to the left one.
   const std::uint32_t rightPlace = kTaps > 0 ? kOne - phase : ((kOne - phase) * coefStep) >> 15;
   const std::int16_t* leftRow = rowAt<Vector>(rows.left, leftPlace >> 7, taps);
   const std::int16_t* rightRow = rowAt<Vector>(rows.right, rightPlace >> 7, taps);
@@ -74,7 +73,7 @@ inline typename Vector::Type windowSums(const PhaseRows& rows, const WindowSampl
     const auto rightCoef = coefficients<Vector, kExact>(rows, taps, rightRow, k, rightFraction);
     const auto leftSample = Vector::load(left + k);
     const auto rightSample = Vector::load(right + k);
-    // A tap is four times the product's upper half and what its lower half's top three bits round to.
+    // A tap is four times the product's upper half plus the top three bits of its lower half, rounded to two.
     const auto high =
         Vector::add16(Vector::mulHigh(leftCoef, leftSample), Vector::mulHigh(rightCoef, rightSample));
     sums = Vector::add32(sums, Vector::pairSumsTimes4(high));
@@ -89,13 +88,14 @@ inline typename Vector::Type windowSums(const PhaseRows& rows, const WindowSampl
     }
     const auto leftCoef = coefficients<Vector, kExact>(rows, taps, leftRow, k, leftFraction);
     const auto rightCoef = coefficients<Vector, kExact>(rows, taps, rightRow, k, rightFraction);
-    narrow = Vector::add16(narrow, Vector::add16(Vector::taps(leftCoef, Vector::load(left + k)),
-                                                 Vector::taps(rightCoef, Vector::load(right + k))));
+    narrow =
+        Vector::add16(narrow, Vector::add16(Vector::roundedProducts(leftCoef, Vector::load(left + k)),
+                                            Vector::roundedProducts(rightCoef, Vector::load(right + k))));
   }
   return Vector::add32(sums, Vector::pairSums(narrow));
 }
 
-/// windowSums with the fractions worked out for one output sample.
+/// windowSums with the fractions of one output sample.
 template <typename Vector, bool kExact>
 inline typename Vector::Type oneWindowSums(const PhaseRows& rows, const WindowSamples& samples,
                                            std::uint32_t clock) {
@@ -111,7 +111,7 @@ inline typename Vector::Type oneWindowSums(const PhaseRows& rows, const WindowSa
 template <typename Vector, bool kExact>
 void rowSums(const PhaseRows& phaseRows, const WindowSamples& windowSamples, std::uint32_t clock,
              std::uint32_t step, std::int32_t count, std::int32_t* sums) {
-  // Copies, which no store to `sums` can change behind the compiler's back.
+  // Copies, which the compiler knows are not changed through `sums`.
   const PhaseRows rows = phaseRows;
   const WindowSamples samples = windowSamples;
   std::int32_t i = 0;
@@ -131,7 +131,7 @@ void rowSums(const PhaseRows& phaseRows, const WindowSamples& windowSamples, std
   }
 }
 
-/// At a ratio of 1 the fractions are the clock's lower bits: four output samples' are worked out at once.
+/// At a ratio of 1 the fractions are the clock's lower bits: those of four output samples are made at once.
 template <typename Vector, std::int32_t kTaps>
 void unityRowSums(const PhaseRows& phaseRows, const WindowSamples& windowSamples, std::uint32_t clock,
                   std::uint32_t step, std::int32_t count, std::int32_t* sums) {
@@ -157,36 +157,46 @@ void unityRowSums(const PhaseRows& phaseRows, const WindowSamples& windowSamples
   if (i < count) rowSums<Vector, true>(rows, samples, clock, step, count - i, sums + i);
 }
 
+/// Moves four vectors of 16-bit sums to the 32-bit ones.
+template <typename Vector>
+inline void carryOver(std::int32_t* sums, typename Vector::Type first, typename Vector::Type second,
+                      typename Vector::Type third, typename Vector::Type fourth) {
+  Vector::addTo(sums, first);
+  Vector::addTo(sums + Vector::kLanes, second);
+  Vector::addTo(sums + 2 * Vector::kLanes, third);
+  Vector::addTo(sums + 3 * Vector::kLanes, fourth);
+}
+
 template <typename Vector>
 void steadySums(const SteadyPhase& phase, const std::int16_t* columns, std::int32_t* sums) {
-  constexpr std::int32_t kRun = 4 * Vector::kLanes;
+  constexpr std::int32_t kLanes = Vector::kLanes;
+  constexpr std::int32_t kRun = 4 * kLanes;
   const auto zero = Vector::zero();
-  for (std::int32_t i = 0; i < kRun; i += Vector::kLanes) Vector::widenTo(sums + i, zero);
+  for (std::int32_t i = 0; i < kRun; i += kLanes) Vector::widenTo(sums + i, zero);
   std::int32_t tap = 0;
-  for (; tap < phase.wholeTaps; ++tap) {
+  for (; tap < phase.unitTaps; ++tap) {
     const std::int16_t* samples = columns + phase.place[tap];
     for (std::int32_t i = 0; i < kRun; ++i) sums[i] += samples[i];
   }
-  auto a = Vector::zero(), b = Vector::zero(), c = Vector::zero(), d = Vector::zero();
+  auto first = zero, second = zero, third = zero, fourth = zero;
   for (; tap < phase.taps; ++tap) {
     if (phase.carryOver[tap] != 0) {
-      Vector::addTo(sums, a), Vector::addTo(sums + Vector::kLanes, b);
-      Vector::addTo(sums + 2 * Vector::kLanes, c), Vector::addTo(sums + 3 * Vector::kLanes, d);
-      a = b = c = d = Vector::zero();
+      carryOver<Vector>(sums, first, second, third, fourth);
+      first = second = third = fourth = zero;
     }
     const auto coef = Vector::splat(phase.coef[tap]);
     const std::int16_t* samples = columns + phase.place[tap];
-    a = Vector::add16(a, Vector::taps(coef, Vector::load(samples)));
-    b = Vector::add16(b, Vector::taps(coef, Vector::load(samples + Vector::kLanes)));
-    c = Vector::add16(c, Vector::taps(coef, Vector::load(samples + 2 * Vector::kLanes)));
-    d = Vector::add16(d, Vector::taps(coef, Vector::load(samples + 3 * Vector::kLanes)));
+    first = Vector::add16(first, Vector::roundedProducts(coef, Vector::load(samples)));
+    second = Vector::add16(second, Vector::roundedProducts(coef, Vector::load(samples + kLanes)));
+    third = Vector::add16(third, Vector::roundedProducts(coef, Vector::load(samples + 2 * kLanes)));
+    fourth = Vector::add16(fourth, Vector::roundedProducts(coef, Vector::load(samples + 3 * kLanes)));
   }
-  Vector::addTo(sums, a), Vector::addTo(sums + Vector::kLanes, b);
-  Vector::addTo(sums + 2 * Vector::kLanes, c), Vector::addTo(sums + 3 * Vector::kLanes, d);
+  carryOver<Vector>(sums, first, second, third, fourth);
 }
 
 template <typename Vector, std::int32_t kColumns>
-void dealOut(const std::int16_t* samples, std::int32_t count, std::int32_t columnLength, std::int16_t* to) {
+void fillColumns(const std::int16_t* samples, std::int32_t count, std::int32_t columnLength,
+                 std::int16_t* to) {
   const std::int32_t length = count / kColumns;
   for (std::int32_t i = 0; i < length; ++i) {
     for (std::int32_t column = 0; column < kColumns; ++column) {
@@ -199,23 +209,23 @@ void dealOut(const std::int16_t* samples, std::int32_t count, std::int32_t colum
 }
 
 template <typename Vector>
-void deal(const std::int16_t* samples, std::int32_t count, std::int32_t columns, std::int32_t columnLength,
-          std::int16_t* to) {
+void splitIntoColumns(const std::int16_t* samples, std::int32_t count, std::int32_t columns,
+                      std::int32_t columnLength, std::int16_t* to) {
   switch (columns) {
     case 2:
-      return dealOut<Vector, 2>(samples, count, columnLength, to);
+      return fillColumns<Vector, 2>(samples, count, columnLength, to);
     case 3:
-      return dealOut<Vector, 3>(samples, count, columnLength, to);
+      return fillColumns<Vector, 3>(samples, count, columnLength, to);
     case 4:
-      return dealOut<Vector, 4>(samples, count, columnLength, to);
+      return fillColumns<Vector, 4>(samples, count, columnLength, to);
     case 5:
-      return dealOut<Vector, 5>(samples, count, columnLength, to);
+      return fillColumns<Vector, 5>(samples, count, columnLength, to);
     case 6:
-      return dealOut<Vector, 6>(samples, count, columnLength, to);
+      return fillColumns<Vector, 6>(samples, count, columnLength, to);
     case 7:
-      return dealOut<Vector, 7>(samples, count, columnLength, to);
+      return fillColumns<Vector, 7>(samples, count, columnLength, to);
     default:
-      return dealOut<Vector, 8>(samples, count, columnLength, to);
+      return fillColumns<Vector, 8>(samples, count, columnLength, to);
   }
 }
 
@@ -238,8 +248,8 @@ constexpr Kernels makeKernels() {
           unityRowSums<Vector, kUnityTaps>,
           kUnityTaps,
           steadySums<Vector>,
-          deal<Vector>,
+          splitIntoColumns<Vector>,
           finish<Vector>};
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

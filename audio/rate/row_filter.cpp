@@ -1,25 +1,25 @@
-#include "audio/rate_row_filter.h"
-
 #include <algorithm>
 #include <limits>
 
-#include "audio/rate_parameters.h"
+#include "audio/rate/vector_filters.h"
 
-namespace rate {
+namespace speech::audio::rate {
 namespace {
 
-constexpr std::size_t kRun = 256;  // output samples whose sums are kept at a time
+// Output samples whose sums are kept at a time.
+constexpr std::size_t kRun = 256;
 
 std::int32_t paddedTaps(const FilterSetting& setting, const Kernels& kernels) {
   return (wingTaps(setting) + kernels.lanes - 1) / kernels.lanes * kernels.lanes;
 }
 
-/// A centre lies up to one sample's worth of entries from a tap, and its fraction may lead into the next row.
+/// The nearest tap of a wing lies up to one sample from the centre, and its fraction may lead into the next
+/// row.
 std::int32_t rowCount(const FilterSetting& setting) {
   return static_cast<std::int32_t>(setting.coefStep >> kInterpBits) + 2;
 }
 
-/// The small filter ends in -1, which only the left wing takes in; the large one ends in zeros.
+/// Only the left wing uses the last entry: -1 in the small filter, 0 in the large one.
 bool wingsDiffer(const Filter& filter) { return filter.coef.back() != 0; }
 
 }  // namespace
@@ -68,13 +68,14 @@ void RowFilter::makeRows(std::int16_t* to, std::size_t filterEnd) const {
   }
 }
 
-/// Settles which vectors are wide and where sums leave 16 bits.
-/// @return whether any does after the wide ones.
+/// Decides which vectors are wide, and where the sums behind them would exceed 16 bits.
+/// @return whether any would.
 bool RowFilter::planCarryOver() {
-  // A tap is at most twice its coefficient, and both wings add theirs to the same place.
+  // A tap is at most twice its coefficient, and both wings add to the same sums.
   constexpr int kTapsPerCoefficient = 4;
   constexpr int kMost = std::numeric_limits<std::int16_t>::max();
-  constexpr int kWideTapsRest = 8;  // what a vector of wide taps leaves in the 16-bit sums
+  // The most that a vector of wide taps leaves in the 16-bit sums.
+  constexpr int kWideTapsRest = 8;
 
   const auto peaks = setting_.filter->peaks;
   int load = 0;
@@ -116,4 +117,4 @@ void RowFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::span<s
   }
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

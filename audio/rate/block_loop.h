@@ -1,6 +1,6 @@
 #pragma once
 
-// Walks the input in blocks and asks a producer for each block's samples.
+// Walks over the input in blocks and has a producer make each block's samples.
 
 #include <algorithm>
 #include <cstdint>
@@ -8,17 +8,17 @@
 #include <utility>
 
 #include <speech/audio.h>
-#include "audio/rate_parameters.h"
-#include "audio/rate_work_buffer.h"
+#include "audio/rate/producers.h"
+#include "audio/rate/tables.h"
 
-namespace rate {
+namespace speech::audio::rate {
 
 /// The most samples that one block may store: ten for every sample of the work buffer, and two to spare.
 inline constexpr std::int32_t kBlockOutputLimit = 10 * kWorkLength + 2;
 
-/// How the index of the last real sample is carried over a block, which decides where the real blocks end.
-/// Kept: the two ways differ by a sample of tail.
-enum class TailRule { filter, linear };
+/// How the index of the last real sample is carried over a block.
+/// Kept: the filters have one more sample of tail than the linear method, whose index skips 0.
+enum class TailRule { kFilter, kLinear };
 
 struct LoopSetting {
   std::uint32_t step;  ///< clock ticks per output sample, Q15, below 2^30
@@ -26,13 +26,14 @@ struct LoopSetting {
   TailRule tailRule;
 };
 
-/// Reads the input forward into a work buffer.
+/// Reads the input into a work buffer, stretch by stretch.
 class InputReader {
  public:
   explicit InputReader(std::span<const std::int16_t> input) : input_(input) {}
 
   /// Fills `work` from `fillPosition` on.
-  /// @return 0 while input is left, else the index in `work` of the input's last sample.
+  /// @return 0 while input is left, else the index in `work` of the input's last sample, or where it would be
+  ///   if the input ended before `work` begins.
   std::int64_t read(WorkBuffer& work, std::int32_t fillPosition) {
     const auto inputCount = static_cast<std::int64_t>(input_.size());
     const std::int64_t wanted = kWorkLength - fillPosition;
@@ -53,21 +54,19 @@ class InputReader {
 /// Converts request.input into request.output. `produce(work, clock, output)` fills `output`, a part of
 /// request.output, with samples at `clock`, `clock + step`, and so on; all that it looks at lies in `work`.
 ///
-/// The work buffer X holds, around each block, `guard` samples that the filter looks back and ahead at. With
-/// 8000 to 16000 Hz and the large filter (step 1/2, guard 43) an input of 4153 samples goes like this:
+/// The work buffer X holds, before and behind each block, `guard` samples for the filter to look at. From
+/// 8000 to 16000 Hz with the large filter (step 1/2, guard 43), 4153 input samples are converted like this:
 ///
-///   - X[0..42] is zero; 4053 samples are read to X[43..4095]. Input is left, so `last` is 0, and the block
-///   is
-///     X[43..4052], 4010 samples long, of which 8020 are made. X[4010..4095] moves down to X[0..85].
-///   - 100 samples are read to X[86..185], zeros after them; `last` is 185. That is 142 samples from X[43],
-///   so
-///     this block is X[43..184] and makes 284. X[142..4095] moves down, and the last sample stands at X[43].
-///     What stood in X[3954..4095] stays there as well.
-///   - 8304 of 8306 samples are stored. The length stays 142, and the next block makes the two that are
-///     wanted. With a larger capacity such blocks would go on until it is full.
+///   1. X[0..42] is zero. 4053 samples are read into X[43..4095]. Input is left, so `last` is 0 and the block
+///      is X[43..4052], 4010 samples, which make 8020. X[4010..4095] moves down to X[0..85].
+///   2. 100 samples are read into X[86..185], followed by zeros, and `last` is 185. That is 142 samples after
+///      X[43], so the block is X[43..184] and makes 284. X[142..4095] moves down, and the last sample is now
+///      X[43]. X[3954..4095] still has its old samples too.
+///   3. 8304 of 8306 samples are stored. The length stays 142, and the next block makes the two missing ones.
+///      With a larger capacity there would be more such blocks.
 ///
-/// @return the samples stored, or -1 when a block would have to store more than kBlockOutputLimit or blocks
-///   of no samples would come for ever.
+/// @return the samples stored; -1 if a block would have to store more than kBlockOutputLimit, or if blocks
+///   without samples would follow for ever.
 template <typename Produce>
 std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& request, WorkBuffer& work,
                            Produce&& produce) {
@@ -82,8 +81,7 @@ std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& reques
   while (total < request.outputCapacity) {
     if (last == 0) {
       last = reader.read(work, fillPosition);
-      // Only a read settles the length. One that found nothing any more leaves it as it is: `last` then lies
-      // below the guard.
+      // Only a read sets the length, and only one that found samples: otherwise `last` is below the guard.
       if (last >= guard && last - guard < blockLength) blockLength = static_cast<std::int32_t>(last - guard);
       if (blockLength == 0) return total;
     }
@@ -91,7 +89,7 @@ std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& reques
     // Nothing here leaves 32 bits: a block ends below 4096 << 15, and a step is below 2^30.
     const std::uint32_t ticks = static_cast<std::uint32_t>(blockLength) << kPhaseBits;
     const std::uint32_t made = (ticks + setting.step - 1) / setting.step;
-    // Kept: a block's count is an unsigned 16-bit number. Of 65546 samples only the first 10 are stored.
+    // Kept: a block's count is an unsigned 16-bit number, so that of 65546 samples 10 are stored.
     const std::int32_t count =
         std::min<std::int32_t>(static_cast<std::uint16_t>(made), request.outputCapacity - total);
     if (count > kBlockOutputLimit) return -1;
@@ -106,9 +104,9 @@ std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& reques
     work.moveDown(readPosition - guard);
     if (last != 0) {
       last -= readPosition;
-      if (setting.tailRule == TailRule::filter) ++last;
-      if (setting.tailRule == TailRule::linear && last == 0) last = 1;
-      // Every block from here on is like this one.
+      if (setting.tailRule == TailRule::kFilter) ++last;
+      if (setting.tailRule == TailRule::kLinear && last == 0) last = 1;
+      // All further blocks would be like this one.
       if (count == 0 && last != 0) return -1;
     }
     fillPosition = kWorkLength - readPosition + guard;
@@ -116,4 +114,4 @@ std::int32_t convertBlocks(const LoopSetting& setting, const RateRequest& reques
   return total;
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

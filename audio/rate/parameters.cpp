@@ -1,20 +1,29 @@
-#include "audio/rate_parameters.h"
-
 #include <algorithm>
 #include <array>
 #include <limits>
 
-namespace rate {
+#include "audio/rate/tables.h"
+
+namespace speech::audio::rate {
 namespace {
 
+// 0.846 and 0.951 of the gain that would leave a constant signal as it is, which leaves room for overshoot:
+// the coefficients at one phase add up to 36413 in the small filter and 36438 in the large one, about 32767 /
+// 0.90. A tap is shifted down by 14 and their sum by 2, and the result of the gain by 13. So 2^29 / 36413 =
+// 14744 and 2^29 / 36438 = 14734 would be the gains of 1.
+//
+// A constant 10000 through the large filter gives taps that add up to about 10000 * 36438 >> 14 = 22240, then
+// 22240 >> 2 = 5560, and 5560 * 14008 >> 13 = 9507. From 22050 to 16000 Hz the taps are 1 / 0.7256 as dense
+// and add up to 30650. The gain 10165 (0.7256 * 14008) makes 9507 of 30650 >> 2 as well.
 constexpr double kUnityGainSmall = 12471;
 constexpr double kUnityGainLarge = 14008;
-constexpr double kWingReachSmall = 7;  // samples a side at a ratio of 1, with one to spare
+// Samples on each side at a ratio of 1, with one to spare.
+constexpr double kWingReachSmall = 7;
 constexpr double kWingReachLarge = 33;
 constexpr double kGuardMargin = 10;
 constexpr double kCoefStepUnity = 256;  // table entries per zero crossing
 
-// A creep of whole samples past a block's end is a signed 16-bit number.
+// The clock passes a block's end by whole samples that a signed 16-bit number has to hold.
 constexpr double kStepLimit = 32768.0 * kPhaseOne;
 
 constexpr std::uint16_t guardOf(double reach) {
@@ -23,13 +32,14 @@ constexpr std::uint16_t guardOf(double reach) {
       std::min(static_cast<double>(static_cast<std::int64_t>(reach)) + kGuardMargin, kMost));
 }
 
-/// Drops the fraction, as the rules do, also behind the half that they add.
-template <class Integer>
+/// Drops the fraction. The rules truncate, also after adding a half.
+template <typename Integer>
 constexpr Integer truncated(double value) {
   return static_cast<Integer>(value);
 }
 
-/// The factor is single precision, everything made from it double: other roundings move some rows by one.
+/// Kept: factor and inverse are single precision, everything made from them is double. Any other rounding
+/// moves some rows by one. The guards take their inverse in double precision.
 constexpr std::optional<Parameters> parametersByRule(std::int32_t inputRate, std::int32_t outputRate) {
   const float factor = static_cast<float>(outputRate) / static_cast<float>(inputRate);
   const float inverse = 1.0f / factor;
@@ -80,4 +90,4 @@ std::optional<Parameters> parametersFor(std::int32_t inputRate, std::int32_t out
   return parametersByRule(inputRate, outputRate);
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

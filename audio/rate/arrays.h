@@ -1,24 +1,20 @@
 #pragma once
 
-// Conversion of whole arrays, as all wrappers of the rate converter do it. Not exported.
+// Conversion of whole arrays, as all wrappers of the rate converter do it.
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 
 #include <speech/audio.h>
+#include "base/memory.h"
 
-namespace speech::audio {
+namespace speech::audio::rate {
 
-struct ExternDeleter {
-  void operator()(void* memory) const { ExternFree(memory); }
-};
+/// Samples in memory that may be handed to the host, which releases them with ExternFree.
+using SampleArray = MallocBlock<std::int16_t[]>;
 
-/// Samples in memory that may be handed to the host.
-using SampleArray = std::unique_ptr<std::int16_t[], ExternDeleter>;
-
-/// Room for `count` samples with any content; null where memory is short.
+/// Room for `count` samples with any content; null if memory is short.
 SampleArray allocateSamples(std::int64_t count);
 
 /// Rates in Hz.
@@ -27,11 +23,11 @@ struct RatePair {
   std::int32_t output;
 };
 
-/// The pair as the memory wrappers take it, each rate held to 4000 to 48000 Hz.
+/// The pair with each rate limited to 4000 to 48000 Hz, as the memory wrappers take it.
 RatePair clampedRates(std::int32_t inputRate, std::int32_t outputRate);
 
-/// How many samples `inputCount` (0 or more) become; nothing for a number beyond 32 bits, or for rates below
-/// 1 that differ.
+/// The number of samples that `inputCount` (0 or more) become; nothing if it exceeds 32 bits, or if the rates
+/// differ and one is below 1.
 std::optional<std::int32_t> estimateOutputCount(std::int32_t inputCount, RatePair rates);
 
 struct ConvertedSamples {
@@ -41,20 +37,20 @@ struct ConvertedSamples {
   std::span<const std::int16_t> view() const { return {samples.get(), static_cast<std::size_t>(count)}; }
 };
 
-/// Converts `input` with the large filter; nothing when the converter fails or memory is short.
+/// Converts `input` with the large filter; nothing if the converter fails or memory is short.
 std::optional<ConvertedSamples> convertSamples(std::span<const std::int16_t> input, RatePair rates);
 
-/// A conversion whose result takes the memory of its input, for recordings of any length.
+/// A conversion whose result replaces its input in memory, for long recordings.
 class InPlaceConversion {
  public:
-  /// Room for `inputCount` samples and for what becomes of them; nothing when the rates are out of the
+  /// Room for `inputCount` samples and for what becomes of them; nothing if the rates are out of the
   /// converter's reach or memory is short.
   static std::optional<InPlaceConversion> prepare(std::int32_t inputCount, RatePair rates);
 
   /// To be filled before convert.
   std::span<std::int16_t> input();
 
-  /// Converts with the large filter; nothing when the converter fails. The result lives as long as this
+  /// Converts with the large filter; nothing if the converter fails. The result lives as long as this
   /// object.
   std::optional<std::span<const std::int16_t>> convert();
 
@@ -65,4 +61,4 @@ class InPlaceConversion {
   RateRequest request_;
 };
 
-}  // namespace speech::audio
+}  // namespace speech::audio::rate

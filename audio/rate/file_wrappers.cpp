@@ -3,35 +3,35 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <optional>
+#include <span>
 #include <utility>
 
 #include <speech/audio.h>
-#include "audio/file_position.h"
-#include "audio/owned_file.h"
-#include "audio/rate_arrays.h"
-#include "audio/same_file.h"
-#include "audio/wav_header_reader.h"
-#include "audio/wav_samples.h"
+#include "audio/file_io.h"
+#include "audio/rate/arrays.h"
+#include "audio/wav_file.h"
+#include "base/file.h"
 
-namespace speech::audio {
+namespace speech::audio::rate {
 namespace {
 
-constexpr std::int64_t kSamplesOffset = 44;  // behind the header that LXUTIL_Read_WFHeader reads
+constexpr std::int64_t kSamplesOffset = 44;  // after the header that LXUTIL_Read_WFHeader reads
 
-/// Which widths RATEAPI_WAV2WAV and its wider sibling read and write.
-enum class WidthRule { eightOrSixteenBits, widthOfInput };
+/// Which widths RATEAPI_WAV2WAV and RATEAPI_WAV2WAV_EX read and write.
+enum class WidthRule { kEightOrSixteenBits, kWidthOfInput };
 
-/// What a file is written as.
+/// How a file is written.
 struct OutputFormat {
-  std::uint32_t code;  // WaveFormatCode, or by accident of the input's width anything else
+  std::uint32_t code;  // a WaveFormatCode, or the input's bits per sample
   SampleWidth width;
   std::int32_t sampleRate;
   std::int32_t channels;
 };
 
-/// Writes a whole file, for two channels the left samples twice where `right` is empty.
-/// @return the file's fate as the wrappers answer it.
-std::int32_t writeFile(OwnedFile file, const OutputFormat& format, std::int32_t dataBytes,
+/// Writes a whole file. For two channels without `right` the left samples are written twice.
+/// @return 1 or -1, as the wrappers do.
+std::int32_t writeFile(File file, const OutputFormat& format, std::int32_t dataBytes,
                        std::span<const std::int16_t> left, std::span<const std::int16_t> right) {
   WFHeader header;
   LXUTIL_Initialize_WFHeader(&header, format.sampleRate, format.code,
@@ -44,17 +44,17 @@ std::int32_t writeFile(OwnedFile file, const OutputFormat& format, std::int32_t 
     right = left;
   }
   const bool written = writeFrames(file.get(), format.width, left, right) && std::ferror(file.get()) == 0;
-  return std::fclose(file.release()) == 0 && written ? 1 : -1;
+  return closeWritten(std::move(file)) && written ? 1 : -1;
 }
 
-/// The size of the sample data; nothing beyond what a host can be told.
+/// The size of the sample data; nothing if it exceeds 32 bits.
 std::optional<std::int32_t> dataSize(std::int32_t frameCount, const OutputFormat& format) {
   const std::int64_t bytes = std::int64_t{frameCount} * format.channels * format.width.bytes;
   if (bytes > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   return static_cast<std::int32_t>(bytes);
 }
 
-/// What the header of an input says, as far as a conversion goes.
+/// What a conversion needs to know of its input.
 struct InputFormat {
   std::int32_t sampleRate;
   std::int32_t channels;  // 1 or 2
@@ -63,7 +63,7 @@ struct InputFormat {
   SampleWidth width;
 };
 
-/// Reads the header of `file` and leaves the file at its samples; nothing for a header that cannot be true.
+/// Reads the header of `file` and leaves the file at its samples; nothing if it is not PCM.
 std::optional<InputFormat> readFormat(std::FILE* file, WidthRule rule) {
   constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
   const std::int64_t dataInFile = std::max<std::int64_t>(measureFile(file) - kSamplesOffset, 0);
@@ -72,9 +72,9 @@ std::optional<InputFormat> readFormat(std::FILE* file, WidthRule rule) {
   if (header.formatTag != kWaveFormatPcm16 && header.formatTag != kWaveFormatPcm8) return std::nullopt;
   const auto dataBytes = static_cast<std::uint32_t>(std::min<std::int64_t>(header.dataSize, dataInFile));
 
-  // Kept: every channel count but 2 is read as 1, and only the widths below shorten the count of frames; the
-  // length of what hosts make of such files rests on it. Where a file then ends too early, silence follows.
-  const bool wide = rule == WidthRule::widthOfInput;
+  // Kept: any number of channels but 2 is read as 1, and only the widths below reduce the number of frames,
+  // on which the length of the output depends. If the file then ends too early, silence follows.
+  const bool wide = rule == WidthRule::kWidthOfInput;
   const std::uint32_t bits = header.bitsPerSample;
   const std::uint32_t channels = header.channels == 2 ? 2 : 1;
   std::uint32_t frames = dataBytes / channels;
@@ -84,27 +84,27 @@ std::optional<InputFormat> readFormat(std::FILE* file, WidthRule rule) {
 
   SampleWidth width = kUnsignedByte;
   if (bits != 8)
-    width = wide ? SampleWidth{SampleWidth::Kind::slot, static_cast<std::int32_t>(bits / 8)} : kWord;
+    width = wide ? SampleWidth{SampleWidth::Kind::kSlot, static_cast<std::int32_t>(bits / 8)} : kWord;
   return InputFormat{static_cast<std::int32_t>(header.samplesPerSec), static_cast<std::int32_t>(channels),
                      static_cast<std::int32_t>(bits), static_cast<std::int32_t>(frames), width};
 }
 
-/// What to write for a host's wishes; nothing for a width that there is not.
+/// The format to write; empty if the width or the number of channels is unsupported.
 std::optional<OutputFormat> chooseFormat(const InputFormat& input, WidthRule rule, std::int32_t sampleRate,
                                          std::int32_t bits, std::int32_t channels) {
   if (channels < 1) return std::nullopt;
   channels = std::min(channels, 2);
-  const bool wide = rule == WidthRule::widthOfInput;
-  // Kept: the wide wrapper writes samples in the width of the input whenever it is not asked for 8 bits,
-  // whatever its header then says.
-  const SampleWidth width = wide ? SampleWidth{SampleWidth::Kind::slot, input.bitsPerSample / 8} : kWord;
+  const bool wide = rule == WidthRule::kWidthOfInput;
+  // Kept: for any width but 8 bits the wide wrapper writes samples in the width of the input, whatever its
+  // header says.
+  const SampleWidth width = wide ? SampleWidth{SampleWidth::Kind::kSlot, input.bitsPerSample / 8} : kWord;
   switch (bits) {
     case 8:
       return OutputFormat{kWaveFormatPcm8, kUnsignedByte, sampleRate, channels};
     case 16:
       return OutputFormat{kWaveFormatPcm16, width, sampleRate, channels};
     case 32:
-      // Kept: the input's bits per sample as format code, which for 32 bits is a code of its own.
+      // Kept: the format code is the input's bits per sample, and 32 happens to be a code.
       if (wide)
         return OutputFormat{static_cast<std::uint32_t>(input.bitsPerSample), width, sampleRate, channels};
       return std::nullopt;
@@ -116,10 +116,10 @@ std::optional<OutputFormat> chooseFormat(const InputFormat& input, WidthRule rul
 std::int32_t convertFile(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                          std::int32_t outChannels, const char* outPath, WidthRule rule) {
   if (outPath == nullptr) return -1;
-  OwnedFile input(inPath == nullptr ? nullptr : std::fopen(inPath, "rb"));
+  File input = inPath == nullptr ? nullptr : openFile(inPath, "rb");
   if (input && isSameFile(input.get(), outPath)) return -1;
-  // Kept: the output is created, and emptied, even where there is no input.
-  OwnedFile output(std::fopen(outPath, "wb"));
+  // Kept: the output is created, and so emptied, even if there is no input.
+  File output = openFile(outPath, "wb");
   if (!input || !output) return -1;
 
   const std::optional<InputFormat> from = readFormat(input.get(), rule);
@@ -147,9 +147,10 @@ std::int32_t convertFile(const char* inPath, std::int32_t outRate, std::int32_t 
 }
 
 }  // namespace
-}  // namespace speech::audio
+}  // namespace speech::audio::rate
 
 using namespace speech::audio;
+using namespace speech::audio::rate;
 
 std::int32_t RATEAPI_PCM2WAV(const std::int16_t* input, std::int32_t* inOutBytes, std::int32_t inRate,
                              std::int32_t outRate, std::int32_t bits, std::int32_t channels,
@@ -164,19 +165,19 @@ std::int32_t RATEAPI_PCM2WAV(const std::int16_t* input, std::int32_t* inOutBytes
                             rates.output, std::min(channels, 2)};
   const std::optional<std::int32_t> dataBytes = dataSize(converted->count, format);
   if (!dataBytes) return -1;
-  // Kept: the size is told even where the file cannot be made.
+  // Kept: the size is reported even if the file cannot be created.
   *inOutBytes = *dataBytes;
-  OwnedFile file(std::fopen(path, "wb"));
+  speech::File file = speech::openFile(path, "wb");
   if (!file) return -1;
   return writeFile(std::move(file), format, *dataBytes, converted->view(), {});
 }
 
 std::int32_t RATEAPI_WAV2WAV(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                              std::int32_t outChannels, const char* outPath) {
-  return convertFile(inPath, outRate, outBits, outChannels, outPath, WidthRule::eightOrSixteenBits);
+  return convertFile(inPath, outRate, outBits, outChannels, outPath, WidthRule::kEightOrSixteenBits);
 }
 
 std::int32_t RATEAPI_WAV2WAV_EX(const char* inPath, std::int32_t outRate, std::int32_t outBits,
                                 std::int32_t outChannels, const char* outPath) {
-  return convertFile(inPath, outRate, outBits, outChannels, outPath, WidthRule::widthOfInput);
+  return convertFile(inPath, outRate, outBits, outChannels, outPath, WidthRule::kWidthOfInput);
 }

@@ -1,17 +1,17 @@
-#include "audio/rate_filters.h"
-
-#include <array>
-#include <cstddef>
-#include <numbers>
-
-// A sinc that cuts off at 0.90 of the lower Nyquist rate under a Kaiser window with beta 9.0, made at compile
-// time.
+// The filters: a sinc that cuts off at 0.90 of the lower Nyquist rate, under a Kaiser window with beta 9.0.
+// They are computed by the compiler.
 //
 // The angle of entry i is pi * 0.90 * i / 256 = pi * 9 * i / 2560, so every sine needed is one of a quarter
 // wave of 1280 steps. The window is I0(beta * sqrt(1 - u^2)) / I0(beta), a power series in 1 - u^2: no square
 // root is taken.
 
-namespace rate {
+#include <array>
+#include <cstddef>
+#include <numbers>
+
+#include "audio/rate/tables.h"
+
+namespace speech::audio::rate {
 namespace {
 
 constexpr double kKaiserBeta = 9.0;
@@ -118,4 +118,4 @@ constexpr Filter kLargeFilter{kLargeCoef, kLargeDelta, kLargePeaks};
 const Filter& smallFilter() { return kSmallFilter; }
 const Filter& largeFilter() { return kLargeFilter; }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

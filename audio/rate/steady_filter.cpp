@@ -1,19 +1,18 @@
-#include "audio/rate_steady_filter.h"
-
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
 #include <limits>
 
-#include "audio/rate_parameters.h"
+#include "audio/rate/vector_filters.h"
 
-namespace rate {
+namespace speech::audio::rate {
 namespace {
 
-constexpr int kWhole = 16384;  // a tap of this coefficient is the sample itself
+// A tap of this coefficient is the sample itself.
+constexpr int kUnit = 16384;
 constexpr std::int32_t kLongestRun = 64;
 
-/// Output samples after which a conversion with this step comes back to the same phase.
+/// Output samples after which a conversion with this step returns to the same phase.
 std::int32_t phaseCountOf(std::uint32_t step) {
   return static_cast<std::int32_t>(kPhaseOne >> std::min(std::countr_zero(step), kPhaseBits));
 }
@@ -43,8 +42,8 @@ SteadyFilter::SteadyFilter(const FilterSetting& setting, const Kernels& kernels)
 void SteadyFilter::addPhase(Phase& phase, std::uint32_t fraction) {
   const Filter& filter = *setting_.filter;
   phase.begin = tapCount_;
-  // Whole samples are added before everything else, so the two sorts of taps come one after the other.
-  for (const bool whole : {true, false}) {
+  // A coefficient of 16384 or more becomes a unit tap and one with the rest. All unit taps come first.
+  for (const bool isUnit : {true, false}) {
     const auto addWing = [&](std::uint32_t wingPhase, std::size_t end, std::int32_t nearest,
                              std::int32_t direction) {
       std::int32_t distance = nearest;
@@ -53,14 +52,14 @@ void SteadyFilter::addPhase(Phase& phase, std::uint32_t fraction) {
         const std::size_t entry = place >> kInterpBits;
         const int between = static_cast<int>(place & kInterpMask);
         const int coef = filter.coef[entry] + ((filter.coefDelta[entry] * between) >> kInterpBits);
-        if (whole && coef >= kWhole) addTap(phase, kWhole, distance);
-        if (!whole && coef != 0) addTap(phase, coef >= kWhole ? coef - kWhole : coef, distance);
+        if (isUnit && coef >= kUnit) addTap(phase, kUnit, distance);
+        if (!isUnit && coef != 0) addTap(phase, coef >= kUnit ? coef - kUnit : coef, distance);
       }
     };
     addWing(fraction, filter.coef.size(), 0, -1);
-    // A whole sample out on a phase of zero: the centre belongs to the left wing.
+    // At a phase of zero a whole sample out: the centre belongs to the left wing.
     addWing(kPhaseOne - fraction, filter.coef.size() - 1, 1, 1);
-    if (whole) phase.wholeTaps = phase.taps;
+    if (isUnit) phase.unitTaps = phase.taps;
   }
   planCarryOver(phase);
 }
@@ -75,7 +74,7 @@ void SteadyFilter::addTap(Phase& phase, int coef, std::int32_t distance) {
 /// A tap is at most twice its coefficient.
 void SteadyFilter::planCarryOver(const Phase& phase) {
   int load = 0;
-  for (std::size_t tap = phase.begin + static_cast<std::size_t>(phase.wholeTaps); tap < tapCount_; ++tap) {
+  for (std::size_t tap = phase.begin + static_cast<std::size_t>(phase.unitTaps); tap < tapCount_; ++tap) {
     const int most = 2 * std::abs(coef_[tap]);
     const bool full = load + most > std::numeric_limits<std::int16_t>::max();
     carryOver_[tap] = full ? 1 : 0;
@@ -86,7 +85,7 @@ void SteadyFilter::planCarryOver(const Phase& phase) {
 void SteadyFilter::alignTo(Phase& phase, std::int32_t alignment) {
   if (phase.alignment == alignment) return;
   phase.alignment = alignment;
-  // Counted from well before the centre, so that neither quotient nor remainder is negative.
+  // Counted from far before the centre, so that neither quotient nor remainder is negative.
   const std::int32_t lead = kWorkLength / columnCount_;
   for (std::size_t tap = phase.begin; tap < phase.begin + static_cast<std::size_t>(phase.taps); ++tap) {
     const std::int32_t position = lead * columnCount_ + alignment + distance_[tap];
@@ -97,7 +96,7 @@ void SteadyFilter::alignTo(Phase& phase, std::int32_t alignment) {
 void SteadyFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::span<std::int16_t> output) {
   const std::int16_t* columns = work.data();
   if (columnCount_ > 1) {
-    kernels_.deal(work.data(), kWorkLength, columnCount_, columnLength_, columns_.data());
+    kernels_.splitIntoColumns(work.data(), kWorkLength, columnCount_, columnLength_, columns_.data());
     columns = columns_.data();
   }
   const auto phaseStride = static_cast<std::size_t>(phaseCount_);
@@ -109,7 +108,7 @@ void SteadyFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::spa
     const auto centre = static_cast<std::int32_t>(clock >> kPhaseBits);
     alignTo(phase, centre % columnCount_);
     const SteadyPhase steady{coef_.data() + phase.begin, place_.data() + phase.begin,
-                             carryOver_.data() + phase.begin, phase.taps, phase.wholeTaps};
+                             carryOver_.data() + phase.begin, phase.taps, phase.unitTaps};
     const std::int16_t* place = columns + centre / columnCount_;
     const std::size_t count = (output.size() - first + phaseStride - 1) / phaseStride;
     const auto run = static_cast<std::size_t>(kernels_.steadyRun);
@@ -122,4 +121,4 @@ void SteadyFilter::produce(const WorkBuffer& work, std::uint32_t clock, std::spa
   }
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate

@@ -5,11 +5,11 @@
 #include <cstdint>
 
 #include <speech/audio.h>
-#include "audio/rate_kernels.h"
+#include "audio/rate/kernels.h"
 
-namespace rate {
+namespace speech::audio::rate {
 
 /// RATEAPI by the code for `level`, which the processor must have. Every level gives the same samples.
 std::int32_t convert(const RateRequest& request, Level level);
 
-}  // namespace rate
+}  // namespace speech::audio::rate

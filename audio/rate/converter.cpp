@@ -1,25 +1,22 @@
-#include <speech/audio.h>
+#include "audio/rate/converter.h"
 
 #include <algorithm>
 
-#include "audio/rate_block_loop.h"
-#include "audio/rate_conversion.h"
-#include "audio/rate_filters.h"
-#include "audio/rate_parameters.h"
-#include "audio/rate_producers.h"
-#include "audio/rate_row_filter.h"
-#include "audio/rate_steady_filter.h"
+#include "audio/rate/block_loop.h"
+#include "audio/rate/producers.h"
+#include "audio/rate/tables.h"
+#include "audio/rate/vector_filters.h"
 
-namespace rate {
+namespace speech::audio::rate {
 namespace {
 
 constexpr std::int32_t kLinearGuard = 10;
-constexpr std::int32_t kFewestForVectors =
-    96;  // output samples; for fewer the tables cost more than they save
+// For fewer output samples the vector filters' tables cost more than they save.
+constexpr std::int32_t kFewestForVectors = 96;
 
 std::int32_t convertLinear(const RateRequest& request, const Parameters& parameters) {
   WorkBuffer work;
-  return convertBlocks({parameters.step, kLinearGuard, TailRule::linear}, request, work,
+  return convertBlocks({parameters.step, kLinearGuard, TailRule::kLinear}, request, work,
                        [&](const WorkBuffer& buffer, std::uint32_t clock, std::span<std::int16_t> output) {
                          produceLinear(parameters.step, buffer, clock, output);
                        });
@@ -39,7 +36,7 @@ std::int32_t convertFiltered(const RateRequest& request, const Parameters& param
   const std::int32_t guard = large ? parameters.guardLarge : parameters.guardSmall;
   // With a guard of half the buffer no block would be left.
   if (2 * guard >= kWorkLength) return -1;
-  const LoopSetting loop{parameters.step, guard, TailRule::filter};
+  const LoopSetting loop{parameters.step, guard, TailRule::kFilter};
   const FilterSetting setting{large ? &largeFilter() : &smallFilter(), parameters.step, parameters.coefStep,
                               large ? parameters.gainLarge : parameters.gainSmall};
 
@@ -73,10 +70,12 @@ std::int32_t convert(const RateRequest& request, Level level) {
   return convertFiltered(request, *parameters, method == kRateQualityLarge, level);
 }
 
-}  // namespace rate
+}  // namespace speech::audio::rate
+
+using namespace speech::audio::rate;
 
 std::int32_t RATEAPI(const RateRequest* request) {
   if (request == nullptr) return -1;
-  const bool few = request->outputCapacity < rate::kFewestForVectors;
-  return rate::convert(*request, few ? rate::Level::plain : rate::bestLevel());
+  const bool few = request->outputCapacity < kFewestForVectors;
+  return convert(*request, few ? Level::kPlain : bestLevel());
 }
