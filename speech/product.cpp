@@ -6,9 +6,9 @@
 #include <utility>
 
 #include <speech/formats.h>
-#include "engines/shared/engine_kind.h"
-#include "engines/shared/engine_utilities.h"
-#include "engines/shared/guarded.h"
+#include "engines/engine_kind.h"
+#include "engines/exporting/formats.h"
+#include "engines/guarded.h"
 #include "lxapi/lxapi.h"
 #include "speech/engine_info.h"
 #include "win32/text.h"

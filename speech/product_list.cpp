@@ -3,7 +3,7 @@
 #include <memory>
 
 #include <speech/product.h>
-#include "engines/shared/guarded.h"
+#include "engines/guarded.h"
 #include "lxapi/lxapi.h"
 #include "speech/engine_info.h"
 #include "win32/paths.h"

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "engines/cloud/skyvo.h"
+#include "engines/engine_kind.h"
+#include "engines/guarded.h"
+#include "engines/host_notices.h"
 #include "engines/local/orvane_lxapi.h"
-#include "engines/shared/engine_kind.h"
-#include "engines/shared/guarded.h"
-#include "engines/shared/module_state.h"
 #include "speech/facade.h"
 
 using speech::guarded;

@@ -22,7 +22,7 @@
 
 #include <speech/audio.h>
 #include "base/file.h"
-#include "engines/shared/raw_pcm.h"
+#include "engines/exporting/samples.h"
 #include "win32/paths.h"
 #include "win32/text.h"
 

@@ -11,8 +11,8 @@
 
 #include "base/file.h"
 #include "engines/cloud/skyvo.h"
-#include "engines/shared/guarded.h"
-#include "engines/shared/module_state.h"
+#include "engines/guarded.h"
+#include "engines/host_notices.h"
 #include "win32/paths.h"
 #include "win32/text.h"
 
@@ -106,18 +106,18 @@ void sendFirstLine(const std::string& bodyPath) {
 
 }  // namespace
 
-bool Skyvo::requestSpeech(const wchar_t* text, bool isSsml, const wchar_t* outputPath) {
-  if (guarded(false, [&] { return exchange(text, isSsml, outputPath); })) return true;
+bool Skyvo::requestSpeech(const wchar_t* text, bool isSsml, const wchar_t* path) {
+  if (guarded(false, [&] { return exchange(text, isSsml, path); })) return true;
   postNotice(kNoticeFinishedOrFailed, kDetailFinishedOrFailed);
   return false;
 }
 
-bool Skyvo::exchange(const wchar_t* text, bool isSsml, const wchar_t* outputPath) const {
+bool Skyvo::exchange(const wchar_t* text, bool isSsml, const wchar_t* path) const {
   curl_global_init(CURL_GLOBAL_ALL);
   CURL* const transfer = curl_easy_init();  // Kept: never cleaned up, so every request leaks it.
   if (transfer == nullptr) return false;
 
-  const std::string bodyPath = toThreadCodePage(textOrEmpty(outputPath));
+  const std::string bodyPath = toThreadCodePage(textOrEmpty(path));
   const std::string headerPath = toThreadCodePage(newTemporaryPath(L".txt"));
   ReplyFiles reply{openFile(bodyPath.c_str(), "wb"), openFile(headerPath.c_str(), "wb")};
   if (!reply.body || !reply.headers) {

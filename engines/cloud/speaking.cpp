@@ -1,14 +1,13 @@
 // Speaking through the sound device.
 
 #include "engines/cloud/skyvo.h"
-#include "engines/shared/buffer_synthesis.h"
-#include "engines/shared/guarded.h"
+#include "engines/guarded.h"
 #include "win32/paths.h"
 
 namespace speech {
 
-bool Skyvo::fetch(const wchar_t* text, bool isSsml, const wchar_t* outputPath) {
-  return requestSpeech(text, isSsml, outputPath) && pathExists(outputPath);
+bool Skyvo::fetch(const wchar_t* text, bool isSsml, const wchar_t* path) {
+  return requestSpeech(text, isSsml, path) && pathExists(path);
 }
 
 bool Skyvo::speak(const wchar_t* text, bool isSsml) {
@@ -18,31 +17,23 @@ bool Skyvo::speak(const wchar_t* text, bool isSsml) {
     if (!fetch(text, isSsml, reply.c_str())) return false;
     static_cast<void>(player_.openDevice());
     if (!player_.playFile(reply.c_str())) return false;
-    paused_ = false;
-    stopped_ = false;
+    isPaused_ = false;
+    isSpeaking_ = true;
     return true;
   });
 }
 
 bool Skyvo::stop() {
   guarded([&] { player_.stop(); });
-  stopped_ = true;
+  isSpeaking_ = false;
   return true;
 }
 
 bool Skyvo::pauseResume() {
-  guarded([&] { paused_ ? player_.resume() : player_.pause(); });
+  guarded([&] { isPaused_ ? player_.resume() : player_.pause(); });
   // Kept: whatever the device answered.
-  paused_ = !paused_;
+  isPaused_ = !isPaused_;
   return true;
-}
-
-int Skyvo::synthesizeToBuffer(const wchar_t* text, bool isSsml, unsigned char** out) {
-  // Kept: asks the engine library all the same, though none of its engines is ever opened here, and puts no
-  // zero byte behind the samples as the local engine does.
-  constexpr std::uint32_t kNoSynthesisHandle = 0;
-  constexpr std::size_t kExtraBytes = 0;
-  return guarded(0, [&] { return synthesizeIntoBuffer(kNoSynthesisHandle, text, isSsml, kExtraBytes, out); });
 }
 
 }  // namespace speech

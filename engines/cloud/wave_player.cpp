@@ -6,9 +6,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "engines/shared/module_state.h"
+#include "engines/host_notices.h"
 
 namespace speech {
+
+constinit std::atomic<bool> g_endNoticeHeld = false;
+
 namespace {
 
 // Volume control is asked for, control of pan and frequency is not.

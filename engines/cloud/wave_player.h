@@ -28,6 +28,9 @@
 
 namespace speech {
 
+/// While it is true, as it is while the cloud engine is paused, its player posts no end notice.
+extern std::atomic<bool> g_endNoticeHeld;
+
 class WavePlayer {
  public:
   /// What openDevice answers.

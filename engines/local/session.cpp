@@ -1,47 +1,52 @@
 // Binding, loading and setting up the engine.
 
-#include "engines/local/engine_events.h"
 #include "engines/local/orvane_lxapi.h"
-#include "engines/shared/module_state.h"
 #include "lxapi/lxapi.h"
 
 namespace speech {
 
-OrvaneLXAPI::OrvaneLXAPI(LXAPIProduct* chosenProduct)
-    : engineHandle(chosenProduct->getEngineRef()),
-      ttsHandle(chosenProduct->getSynthHandle()),
-      product(chosenProduct) {
-  g_eventTtsHandle.store(ttsHandle, std::memory_order_relaxed);
-  LXAPI_SetEvent(ttsHandle, onEngineEvent, kEventMask);
-  g_eventForwarding.store(true, std::memory_order_relaxed);
+namespace {
+
+/// The events that this engine asks for: bookmarks, the end of speech, words.
+constexpr std::int32_t kEventMask = LX_EVENT_BOOKMARK | LX_EVENT_END | LX_EVENT_WORD;
+
+}  // namespace
+
+OrvaneLXAPI::OrvaneLXAPI(LXAPIProduct* product)
+    : Engine(product, product->getSynthHandle(), kCustoms), engineHandle_(product->getEngineRef()) {
+  eventTtsHandle_.store(ttsHandle_, std::memory_order_relaxed);
+  LXAPI_SetEvent(ttsHandle_, onEngineEvent, kEventMask);
+  isForwarding_.store(true, std::memory_order_relaxed);
 }
 
 // Kept: unloads even an engine that was never loaded.
-OrvaneLXAPI::~OrvaneLXAPI() { LXAPI_UnloadEngine(engineHandle); }
+OrvaneLXAPI::~OrvaneLXAPI() { LXAPI_UnloadEngine(engineHandle_); }
 
 bool OrvaneLXAPI::initialize() {
-  return LXAPI_SetEngineHandle(ttsHandle, engineHandle) == LX_OK && LXAPI_LoadEngine(engineHandle) == LX_OK;
+  return LXAPI_SetEngineHandle(ttsHandle_, engineHandle_) == LX_OK &&
+         LXAPI_LoadEngine(engineHandle_) == LX_OK;
 }
 
-int OrvaneLXAPI::applyOptions(const TextToSpeech_Options& values) {
-  LXAPI_SetAttr(ttsHandle, LX_ATTR_VOLUME, values.getVolume());
-  LXAPI_SetAttr(ttsHandle, LX_ATTR_SPEED, values.getSpeed());
-  LXAPI_SetAttr(ttsHandle, LX_ATTR_PITCH, values.getPitch());
-  LXAPI_SetEngineAttr(engineHandle, LX_ATTR_COMMA_PAUSE, values.getCommaPause());
-  return LXAPI_SetAttr(ttsHandle, LX_ATTR_SENTENCE_PAUSE, values.getPause());
+int OrvaneLXAPI::applyOptions(const TextToSpeech_Options& options) {
+  LXAPI_SetAttr(ttsHandle_, LX_ATTR_VOLUME, options.getVolume());
+  LXAPI_SetAttr(ttsHandle_, LX_ATTR_SPEED, options.getSpeed());
+  LXAPI_SetAttr(ttsHandle_, LX_ATTR_PITCH, options.getPitch());
+  LXAPI_SetEngineAttr(engineHandle_, LX_ATTR_COMMA_PAUSE, options.getCommaPause());
+  return LXAPI_SetAttr(ttsHandle_, LX_ATTR_SENTENCE_PAUSE, options.getPause());
 }
 
 bool OrvaneLXAPI::setOutputAudio(int device) {
   constexpr int kKindSoundDevice = 1;
   constexpr int kBitsPerSample = 16;
-  LXAPI_SetOutputAudio(ttsHandle, {kKindSoundDevice, kBitsPerSample, product->getSampleRateHz(), device - 1});
+  LXAPI_SetOutputAudio(ttsHandle_,
+                       {kKindSoundDevice, kBitsPerSample, product_->getSampleRateHz(), device - 1});
   return true;
 }
 
-void OrvaneLXAPI::setEventNotify(bool on) { g_eventForwarding.store(on, std::memory_order_relaxed); }
+void OrvaneLXAPI::setEventNotify(bool on) { isForwarding_.store(on, std::memory_order_relaxed); }
 
-bool OrvaneLXAPI::unloadEngine() { return LXAPI_UnloadEngine(engineHandle) == LX_OK; }
+bool OrvaneLXAPI::unloadEngine() { return LXAPI_UnloadEngine(engineHandle_) == LX_OK; }
 
-bool OrvaneLXAPI::loadEngine() { return LXAPI_LoadEngine(engineHandle) == LX_OK; }
+bool OrvaneLXAPI::loadEngine() { return LXAPI_LoadEngine(engineHandle_) == LX_OK; }
 
 }  // namespace speech

@@ -3,28 +3,27 @@
 #include <cstddef>
 #include <cstdio>
 
-#include "engines/local/engine_events.h"
+#include "engines/guarded.h"
+#include "engines/host_notices.h"
 #include "engines/local/orvane_lxapi.h"
-#include "engines/shared/guarded.h"
-#include "engines/shared/module_state.h"
-#include "engines/shared/speak_flags.h"
 #include "lxapi/lxapi.h"
 #include "win32/text.h"
 
 namespace speech {
 
-bool OrvaneLXAPI::speak(const wchar_t* text, bool flag) {
+bool OrvaneLXAPI::speak(const wchar_t* text, bool isSsml) {
   const auto result = guarded<std::int32_t>(LX_ERROR_MEMORY, [&] {
-    const bool isAsynchronous = product->getEngineKey2().Find(L'N') >= 0;
+    const bool isAsynchronous = product_->getEngineKey2().Find(L'N') >= 0;
     const std::string utf8 = toUtf8(textOrEmpty(text));
-    return isAsynchronous ? LXAPI_SynthesizeAsync(ttsHandle, utf8.c_str(), -1, speakFlags(flag), -1)
-                          : LXAPI_Speak(ttsHandle, utf8.c_str(), -1, speakFlags(flag));
+    return isAsynchronous ? LXAPI_SynthesizeAsync(ttsHandle_, utf8.c_str(), -1, speakFlags(isSsml), -1)
+                          : LXAPI_Speak(ttsHandle_, utf8.c_str(), -1, speakFlags(isSsml));
   });
   if (result != LX_OK) {
     postNotice(kNoticeFinishedOrFailed, kDetailFinishedOrFailed);
     return false;
   }
-  paused = idle = false;
+  isPaused_ = false;
+  isSpeaking_ = true;
   return true;
 }
 
@@ -32,43 +31,40 @@ bool OrvaneLXAPI::speakSync(UINT message, const char* text) {
   guarded([&] {
     const std::string utf8 = toUtf8(fromSystemCodePage(textOrEmpty(text)));
     stop();
-    LXAPI_Speak(ttsHandle, utf8.c_str(), -1, speakFlags(false));
+    LXAPI_Speak(ttsHandle_, utf8.c_str(), -1, speakFlags(false));
     // Kept: the null window; no window receives the message.
     SendMessageW(nullptr, message, 0, 0);
-    paused = idle = false;
+    isPaused_ = false;
+    isSpeaking_ = true;
   });
   return true;
 }
 
 bool OrvaneLXAPI::stop() {
-  LXAPI_Stop(ttsHandle);
-  // Kept: a stop while paused leaves `paused` set until the next speak.
-  idle = true;
+  LXAPI_Stop(ttsHandle_);
+  // Kept: a stop while paused leaves `isPaused_` set until the next speak, and only a stop clears this one:
+  // the end of a speech does not.
+  isSpeaking_ = false;
   return true;
 }
 
 bool OrvaneLXAPI::pauseResume() {
-  if (paused) {
-    LXAPI_Resume(ttsHandle);
+  if (isPaused_) {
+    LXAPI_Resume(ttsHandle_);
   } else {
-    LXAPI_Pause(ttsHandle);
+    LXAPI_Pause(ttsHandle_);
   }
-  paused = !paused;
+  isPaused_ = !isPaused_;
   return true;
 }
-
-// Kept: the end of speech clears nothing; only stop does.
-bool OrvaneLXAPI::isSpeaking() { return !idle; }
-
-bool OrvaneLXAPI::isPaused() { return paused; }
 
 // Where engine libraries put what hosts are told.
 static_assert(offsetof(LXEVENT, word1) == 4 && offsetof(LXEVENT, word2) == 8);
 static_assert(offsetof(LXEVENT, name) == 12 && sizeof(LXEVENT) == 288);
 
-void LXAPI_CALL onEngineEvent(std::uint32_t handle, std::int32_t event, const LXEVENT* record) {
-  const std::uint32_t forwarded = g_eventTtsHandle.load(std::memory_order_relaxed);
-  if (forwarded == 0 || handle != forwarded || !g_eventForwarding.load(std::memory_order_relaxed)) return;
+void LXAPI_CALL OrvaneLXAPI::onEngineEvent(std::uint32_t handle, std::int32_t event, const LXEVENT* record) {
+  const std::uint32_t forwarded = eventTtsHandle_.load(std::memory_order_relaxed);
+  if (forwarded == 0 || handle != forwarded || !isForwarding_.load(std::memory_order_relaxed)) return;
   // The end needs no record, so an engine library that sends it none loses nothing.
   if (record == nullptr && event != LX_EVENT_END) return;
   const LXEVENT own = record != nullptr ? *record : LXEVENT{};

@@ -4,9 +4,9 @@
 #include <cstring>
 
 #include "base/file.h"
+#include "engines/engine_kind.h"
+#include "engines/guarded.h"
 #include "engines/local/orvane_lxapi.h"
-#include "engines/shared/engine_kind.h"
-#include "engines/shared/guarded.h"
 #include "lxapi/lxapi.h"
 #include "win32/text.h"
 
@@ -29,6 +29,11 @@ bool hasContent(const char* path) {
   return file != nullptr && std::fseek(file.get(), 0, SEEK_END) == 0 && std::ftell(file.get()) > 0;
 }
 
+/// Shows a message in a modal box; returns once the user has closed it.
+void showUserMessage(const wchar_t* text) {
+  MessageBoxW(nullptr, text, L"speech", MB_OK | MB_ICONEXCLAMATION | MB_TASKMODAL);
+}
+
 void reportLoadFailure(const UserReport& report, const char* path, int unloadResult, int loadResult) {
   CStringW message;
   message.Format(L"User dictionary load failed.\nFile name : %s\nError code : %d %d",
@@ -49,15 +54,15 @@ unsigned short OrvaneLXAPI::loadUserDict(const char* path, const UserReport& rep
 unsigned short OrvaneLXAPI::loadWordList(const char* path, const UserReport& report) {
   if (!hasContent(path)) return 0;
   const int unloadResult = static_cast<short>(unloadUserDict(kWordListNumber));
-  const int loadResult = LXAPI_LoadUserDict(engineHandle, kWordListNumber, path);
+  const int loadResult = LXAPI_LoadUserDict(engineHandle_, kWordListNumber, path);
   if (loadResult != LX_OK) reportLoadFailure(report, path, unloadResult, loadResult);
   return static_cast<unsigned short>(loadResult);
 }
 
 unsigned short OrvaneLXAPI::loadLexicon(const char* path, const UserReport& report) const {
-  if (LXAPI_SetLexiconHandle(ttsHandle, LXAPI_CreateLexiconHandle(path)) != LX_OK) {
+  if (LXAPI_SetLexiconHandle(ttsHandle_, LXAPI_CreateLexiconHandle(path)) != LX_OK) {
     reportLoadFailure(report, path, -1, -1);
-  } else if (LXAPI_SetAttr(ttsHandle, LX_ATTR_LEXICON, 0) != LX_OK) {
+  } else if (LXAPI_SetAttr(ttsHandle_, LX_ATTR_LEXICON, 0) != LX_OK) {
     report(L"LXAPI_SetAttr failed.");
   }
   // Kept: success and failure alike.
@@ -66,15 +71,16 @@ unsigned short OrvaneLXAPI::loadLexicon(const char* path, const UserReport& repo
 
 int OrvaneLXAPI::unloadUserDict(int number) {
   constexpr int kNumberOfTypeNv = 1;
-  const bool isTypeNv = guarded(false, [&] { return isNvEngine(product->getEngineType()); });
-  return LXAPI_UnloadUserDict(engineHandle, isTypeNv ? kNumberOfTypeNv : number);
+  const bool isTypeNv = guarded(false, [&] { return isNvEngine(product_->getEngineType()); });
+  return LXAPI_UnloadUserDict(engineHandle_, isTypeNv ? kNumberOfTypeNv : number);
 }
 
 // The arguments are numbers or addresses of the host's data; they go to the engine unread.
 template <class... Arguments>
 int OrvaneLXAPI::callInternal(const char* name, Arguments... arguments) const {
   std::int32_t result = -1;
-  LXAPI_CallEngineInternal(engineHandle, name, &result, nullptr, nullptr, sizeof...(arguments), arguments...);
+  LXAPI_CallEngineInternal(engineHandle_, name, &result, nullptr, nullptr, sizeof...(arguments),
+                           arguments...);
   return result;
 }
 
@@ -115,15 +121,15 @@ int OrvaneLXAPI::getPinyinActiveInfo(intptr_t a, intptr_t b) {
 
 intptr_t OrvaneLXAPI::csvParserInit() {
   intptr_t parser = 0;
-  LXAPI_CallEngineInternal(engineHandle, "LX_CsvParser_Init", nullptr, nullptr, &parser, 0);
+  LXAPI_CallEngineInternal(engineHandle_, "LX_CsvParser_Init", nullptr, nullptr, &parser, 0);
   return parser;
 }
 
 const char* OrvaneLXAPI::csvParserGetField(intptr_t a, intptr_t b) {
-  field.fill('\0');
-  LXAPI_CallEngineInternal(engineHandle, "LX_CsvParser_GetField", nullptr, field.data(), nullptr, 2, a, b);
-  field.back() = '\0';
-  return field.data();
+  field_.fill('\0');
+  LXAPI_CallEngineInternal(engineHandle_, "LX_CsvParser_GetField", nullptr, field_.data(), nullptr, 2, a, b);
+  field_.back() = '\0';
+  return field_.data();
 }
 
 }  // namespace speech

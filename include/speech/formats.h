@@ -23,6 +23,18 @@ enum FileFormat : int {
   kFormatPcmAlias = 10,  ///< A second number of kFormatPcm; textToFile only.
 };
 
+/// A format that every voice can be exported to, and the extension by which SoX and other programs know it.
+struct FileType {
+  FileFormat format;
+  const wchar_t* extension;  ///< With its dot.
+};
+
+inline constexpr FileType kFileTypes[] = {{kFormatPcm, L".pcm"},
+                                          {kFormatWav, L".wav"},
+                                          {kFormatOgg, L".ogg"},
+                                          {kFormatGsm, L".gsm"},
+                                          {kFormatMp3, L".mp3"}};
+
 /// Sample rate by index; ITextToSpeech::getSampleRate gives the rate, LXAPIProduct::getSampleRateIndex a
 /// voice's own index.
 enum SampleRateIndex : int {
@@ -32,5 +44,8 @@ enum SampleRateIndex : int {
   kRate44100Hz = 3,  ///< 44100 Hz.
   kRate48000Hz = 4,  ///< 48000 Hz.
 };
+
+/// The rates in hertz, by SampleRateIndex.
+inline constexpr int kSampleRatesHz[] = {8000, 16000, 22050, 44100, 48000};
 
 }  // namespace speech

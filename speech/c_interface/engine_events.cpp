@@ -6,7 +6,7 @@
 
 #include <speech/notices.h>
 
-#include "engines/shared/guarded.h"
+#include "engines/guarded.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"

@@ -1,22 +1,18 @@
 // speech/c/files.h: sound files, and speech as samples in memory.
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include <speech/audio.h>
 #include "base/file.h"
 #include "base/memory.h"
-#include "engines/shared/engine_utilities.h"
-#include "engines/shared/export_log.h"
-#include "engines/shared/process_runner.h"
-#include "engines/shared/sox.h"
+#include "engines/exporting/log.h"
+#include "engines/exporting/plan.h"
+#include "engines/exporting/sox.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
-#include "win32/move_file.h"
 #include "win32/paths.h"
 #include "win32/system_message.h"
 #include "win32/text.h"
@@ -24,44 +20,13 @@
 namespace speech::c_interface {
 namespace {
 
-/// Where a file is made before it appears under its own name. Deleted at the end of the scope.
-class TemporaryOutput {
- public:
-  /// @param extension  with its dot: programs go by it
-  explicit TemporaryOutput(const wchar_t* extension) {
-    // In a form that the engine library and SoX can open, which take narrow paths.
-    const auto narrow = narrowPathOfNewFile(newTemporaryPath(extension));
-    if (temporaryFolder().empty() || !narrow)
-      throw Failure(SPEECH_ERROR_FILE, "There is no folder for temporary files.");
-    path_ = fromSystemCodePage(*narrow);
-  }
-  TemporaryOutput(const TemporaryOutput&) = delete;
-  TemporaryOutput& operator=(const TemporaryOutput&) = delete;
-  ~TemporaryOutput() { DeleteFileW(path_.c_str()); }
-
-  const std::wstring& path() const { return path_; }
-
-  bool hasContent() const {
-    WIN32_FILE_ATTRIBUTE_DATA data = {};
-    return GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &data) &&
-           (data.nFileSizeHigh != 0 || data.nFileSizeLow != 0);
-  }
-
-  /// Moves the file to its place, over what is there. Fails when it cannot be written.
-  void moveTo(const std::wstring& destination) const {
-    // By way of a neighbour: from another disk the move is a copy, which can fail halfway.
-    const std::wstring folder = destination.substr(0, destination.find_last_of(L"\\/:") + 1);
-    const std::wstring neighbour = folder + guidName() + L".tmp";
-    if (moveFile(path_, neighbour) && moveFile(neighbour, destination)) return;
-    const DWORD error = GetLastError();
-    DeleteFileW(neighbour.c_str());
-    throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(destination) + " (" +
-                                         toUtf8(systemMessage(error)) + ")");
-  }
-
- private:
-  std::wstring path_;
-};
+/// In a form that the engine library and SoX can open, which take narrow paths.
+std::wstring temporaryPath(std::wstring_view extension) {
+  const auto narrow = narrowPathOfNewFile(newTemporaryPath(extension));
+  if (temporaryFolder().empty() || !narrow)
+    throw Failure(SPEECH_ERROR_FILE, "There is no folder for temporary files.");
+  return fromSystemCodePage(*narrow);
+}
 
 File opened(const std::wstring& path, const wchar_t* mode) {
   File file = openFile(path.c_str(), mode);
@@ -93,69 +58,42 @@ std::vector<unsigned char> readFile(const std::wstring& path) {
   return content;
 }
 
-struct Format {
-  std::int32_t number;
-  const wchar_t* extension;  ///< SoX goes by it.
-  enum class Kind { kSamples, kSox, kOfTheEngine } kind;
-};
+using enum Action;
+using enum Place;
 
-using enum Format::Kind;
+// A file appears under its name only when it is complete.
+constexpr Step kFromText[] = {{kSynthesize, kTemporary}, {kPublish, kDestination}, {kLog}};
+constexpr Step kFromTextBySox[] = {{kFindSox}, {kSynthesize, kTemporary}, {kPublish, kDestination}, {kLog}};
+constexpr Step kFromSamples[] = {{kSynthesize, kTemporary}, {kPublish, kDestination}};
+constexpr Step kFromSamplesBySox[] = {{kFindSox},
+                                      {kSynthesize, kTemporaryWav},
+                                      {kCompress, kTemporary},
+                                      {kRequireContent},
+                                      {kPublish, kDestination}};
 
-constexpr Format kFormats[] = {
-    {SPEECH_FORMAT_PCM, L".pcm", kSamples},
-    {SPEECH_FORMAT_WAV, L".wav", kSamples},
-    {SPEECH_FORMAT_OGG, L".ogg", kSox},
-    {SPEECH_FORMAT_GSM, L".gsm", kSox},
-    {SPEECH_FORMAT_MP3, L".mp3", kSox},
-    {SPEECH_FORMAT_ALAW, L".wav", kOfTheEngine},
-    {SPEECH_FORMAT_MULAW, L".wav", kOfTheEngine},
-    {8, L".bin", kOfTheEngine},
-    {9, L".bin", kOfTheEngine},
-    {11, L".bin", kOfTheEngine},
-    {12, L".bin", kOfTheEngine},
-    {13, L".bin", kOfTheEngine},
-};
+constexpr ExportRules kRules = {
+    .codePage = CodePage::kSystem, .temporaryPath = temporaryPath, .deletesTemporaries = true};
 
-const Format& formatOf(std::int32_t number) {
-  const auto found = std::ranges::find(kFormats, number, &Format::number);
-  if (found == std::end(kFormats)) throw Failure(SPEECH_ERROR_ARGUMENT);
-  return *found;
+const ExportFormat& formatOf(std::int32_t number) {
+  const ExportFormat* const format = exportFormat(number);
+  if (format == nullptr) throw Failure(SPEECH_ERROR_ARGUMENT);
+  return *format;
 }
 
-/// The path of sox.exe. Fails when it is missing.
-CStringW soxOf(const OpenEngine& engine) {
-  CStringW program = sox::programPath(engine.toolFolder().c_str());
-  if (!sox::isAccessible(program)) {
-    throw Failure(SPEECH_ERROR_TOOL, "This program is missing: " + toUtf8(program.GetString()));
+void runOrFail(const ExportJob& job) {
+  const auto endedBy = runExport(job, kRules);
+  if (!endedBy) return;
+  switch (*endedBy) {
+    case kFindSox:
+      throw Failure(SPEECH_ERROR_TOOL, "This program is missing: " + toUtf8(sox::programIn(job.soxFolder)));
+    case kCompress:
+      throw Failure(SPEECH_ERROR_TOOL);
+    case kRequireContent:
+      throw Failure(SPEECH_ERROR_UNSUPPORTED, "SoX made no file of these samples.");
+    default:
+      throw Failure(SPEECH_ERROR_FILE, "This file cannot be written: " + toUtf8(job.destination) + " (" +
+                                           toUtf8(systemMessage(GetLastError())) + ")");
   }
-  return program;
-}
-
-CStringW soxParameters(std::int32_t format, const std::wstring& wav, std::int32_t rateHz,
-                       const std::wstring& output) {
-  constexpr int kGsmRateHz = 8000;
-  if (format == SPEECH_FORMAT_MP3) return sox::convertToMp3(wav.c_str(), output.c_str());
-  return sox::convertAtRate(wav.c_str(), format == SPEECH_FORMAT_GSM ? kGsmRateHz : rateHz, output.c_str());
-}
-
-void writeSamples(const OpenEngine& engine, const void* samples, std::uint32_t byteCount, std::int32_t rateHz,
-                  const Format& format, const TemporaryOutput& output) {
-  if (format.number == SPEECH_FORMAT_PCM) {
-    writeAndClose(opened(output.path(), L"wb"), samples, byteCount);
-    return;
-  }
-  if (format.number == SPEECH_FORMAT_WAV) {
-    writeWav(output.path(), samples, byteCount, rateHz);
-    return;
-  }
-  const CStringW program = soxOf(engine);
-  const TemporaryOutput wav(L".wav");
-  writeWav(wav.path(), samples, byteCount, rateHz);
-  const Busy busy;
-  if (!runProgram(program, soxParameters(format.number, wav.path(), rateHz, output.path()))) {
-    throw Failure(SPEECH_ERROR_TOOL);
-  }
-  if (!output.hasContent()) throw Failure(SPEECH_ERROR_UNSUPPORTED, "SoX made no file of these samples.");
 }
 
 /// The rate index of a sample rate in hertz, 0 for the voice's own. Fails for a rate that has none.
@@ -166,22 +104,20 @@ int rateIndexOf(const OpenEngine& engine, std::int32_t rateHz) {
 }
 
 /// Has the engine make a file of a text. Fails unless there is something in it.
-void synthesizeInto(const TemporaryOutput& output, OpenEngine& engine, const std::wstring& text, bool isSsml,
-                    std::int32_t format, int rateIndex) {
+void makeFile(const std::wstring& path, OpenEngine& engine, const std::wstring& text, bool isSsml,
+              const ExportFormat& format, int rateIndex) {
   constexpr int kRan = 1;
   constexpr int kFormatHasOneRate = -1;
-  const bool needsSox = formatOf(format).kind == kSox;
-  if (needsSox) soxOf(engine);
   engine.takeServiceMessage();
 
   const Busy busy;
   const int result =
-      engine.instance().textToFile(text.c_str(), output.path().c_str(), format, isSsml, rateIndex, false);
+      engine.instance().textToFile(text.c_str(), path.c_str(), format.number, isSsml, rateIndex, false);
   const bool serviceFailed = engine.dropNotices() && engine.isCloud();
   // The result does not say whether the engine took the text; the file does.
-  if (result == kRan && output.hasContent()) return;
+  if (result == kRan && hasContent(path)) return;
   if (serviceFailed) throw Failure(SPEECH_ERROR_SERVICE, engine.takeServiceMessage());
-  if (result == kFormatHasOneRate || formatOf(format).kind == kOfTheEngine)
+  if (result == kFormatHasOneRate || format.kind == FileKind::kOfTheEngine)
     throw Failure(SPEECH_ERROR_UNSUPPORTED);
   throw Failure(SPEECH_ERROR_REFUSED);
 }
@@ -196,12 +132,18 @@ std::int32_t exportText(SpeechEngine handle, const Char* text, std::uint32_t fla
     const std::wstring destination = textOf(path);
     const int rateIndex = rateIndexOf(engine, rateHz);
     engine.requireIdle();
-    const TemporaryOutput output(formatOf(format).extension);
-    synthesizeInto(output, engine, wide, (flags & SPEECH_FLAG_SSML) != 0, format, rateIndex);
-    output.moveTo(destination);
-    if ((flags & SPEECH_FLAG_LOG) != 0) {
-      writeExportLog(exportLogLine(engine.product().getEngineKey1(), destination.c_str()));
-    }
+    const ExportFormat& row = formatOf(format);
+    ExportJob job{.format = &row,
+                  .route = row.kind == FileKind::kCompressed ? Route(kFromTextBySox) : Route(kFromText),
+                  .destination = destination,
+                  .soxFolder = engine.toolFolder(),
+                  .synthesize = [&](const std::wstring& file, const ExportFormat& made) {
+                    makeFile(file, engine, wide, (flags & SPEECH_FLAG_SSML) != 0, made, rateIndex);
+                    return true;
+                  }};
+    if ((flags & SPEECH_FLAG_LOG) != 0)
+      job.logLine = exportLogLine(engine.product().getEngineKey1().GetString(), destination);
+    runOrFail(job);
   });
 }
 
@@ -215,11 +157,22 @@ std::int32_t exportSamples(SpeechEngine handle, const void* samples, std::uint32
       throw Failure(SPEECH_ERROR_ARGUMENT);
     }
     const std::wstring destination = textOf(path);
-    const Format& row = formatOf(format);
-    if (row.kind == kOfTheEngine) throw Failure(SPEECH_ERROR_UNSUPPORTED);
-    const TemporaryOutput output(row.extension);
-    writeSamples(engine, samples, byteCount, rateHz, row, output);
-    output.moveTo(destination);
+    const ExportFormat& row = formatOf(format);
+    if (row.kind == FileKind::kOfTheEngine) throw Failure(SPEECH_ERROR_UNSUPPORTED);
+    const Busy busy;
+    runOrFail({.format = &row,
+               .route = row.kind == FileKind::kCompressed ? Route(kFromSamplesBySox) : Route(kFromSamples),
+               .rateHz = rateHz,
+               .destination = destination,
+               .soxFolder = engine.toolFolder(),
+               .synthesize = [&](const std::wstring& file, const ExportFormat& made) {
+                 if (made.kind == FileKind::kWav) {
+                   writeWav(file, samples, byteCount, rateHz);
+                 } else {
+                   writeAndClose(opened(file, L"wb"), samples, byteCount);
+                 }
+                 return true;
+               }});
   });
 }
 
@@ -245,12 +198,22 @@ Samples fromEngine(OpenEngine& engine, const std::wstring& text, bool isSsml) {
   return samples;
 }
 
+/// A file that is deleted at the end of the scope.
+struct TemporaryFile {
+  explicit TemporaryFile(std::wstring_view extension) : path(temporaryPath(extension)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { DeleteFileW(path.c_str()); }
+
+  const std::wstring path;
+};
+
 /// The service makes files; its engine has no samples of its own to give.
 Samples fromService(OpenEngine& engine, const std::wstring& text, bool isSsml, std::int32_t rateHz) {
   const int rateIndex = rateIndexOf(engine, rateHz);
-  const TemporaryOutput file(L".pcm");
-  synthesizeInto(file, engine, text, isSsml, SPEECH_FORMAT_PCM, rateIndex);
-  const std::vector<unsigned char> content = readFile(file.path());
+  const TemporaryFile file(L".pcm");
+  makeFile(file.path, engine, text, isSsml, formatOf(SPEECH_FORMAT_PCM), rateIndex);
+  const std::vector<unsigned char> content = readFile(file.path);
   const std::size_t byteCount = content.size() & ~std::size_t{1};
   Samples samples{allocated(byteCount), static_cast<std::uint32_t>(byteCount),
                   engine.instance().getSampleRate(rateIndex)};

@@ -1,6 +1,6 @@
 #include "speech/c_interface/open_engine.h"
 
-#include "engines/shared/engine_kind.h"
+#include "engines/engine_kind.h"
 #include "speech/c_interface/session.h"
 #include "speech/facade.h"
 #include "win32/paths.h"

@@ -1,6 +1,6 @@
 // speech/c/speaking.h: speaking, waiting for the end of it, and preparing text for SSML.
 
-#include "engines/shared/engine_utilities.h"
+#include "engines/engine.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"
@@ -47,7 +47,8 @@ DWORD remaining(std::int32_t timeoutMs, ULONGLONG start) {
 
 template <class Char>
 std::int32_t escapeXml(const Char* text, Char* buffer, std::uint32_t capacity, std::uint32_t* length) {
-  return outcomeOf([&] { handOut(viewOf(escapedXml(textOf(text).c_str())), buffer, capacity, length); })
+  return outcomeOf(
+             [&] { handOut(viewOf(Engine::escapedXml(textOf(text).c_str())), buffer, capacity, length); })
       .error;
 }
 

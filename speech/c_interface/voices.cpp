@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engines/shared/engine_kind.h"
+#include "engines/engine_kind.h"
 #include "speech/c_interface/open_engine.h"
 #include "speech/c_interface/session.h"
 #include "speech/c_interface/text.h"

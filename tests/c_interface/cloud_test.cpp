@@ -4,7 +4,7 @@
 
 #include <speech/notices.h>
 
-#include "engines/shared/module_state.h"
+#include "engines/host_notices.h"
 #include "tests/c_interface/c_interface_fixture.h"
 #include "tests/support/faulty_service.h"
 #include "tests/support/file_content.h"

@@ -1,6 +1,6 @@
 // Speaking through the C interface, and the events that come of it.
 
-#include "engines/shared/module_state.h"
+#include "engines/host_notices.h"
 #include "tests/c_interface/c_interface_fixture.h"
 #include "tests/support/host_window.h"
 

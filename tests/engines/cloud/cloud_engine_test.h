@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "engines/cloud/skyvo.h"
-#include "engines/shared/module_state.h"
+#include "engines/host_notices.h"
 #include "speech/engine_info.h"
 #include "tests/support/file_content.h"
 #include "tests/support/host_window.h"

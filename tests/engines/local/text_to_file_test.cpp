@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "engines/shared/diagnostic_log.h"
+#include "engines/exporting/log.h"
 #include "tests/engines/local/export_fixture.h"
 
 namespace speech::test {

@@ -1,5 +1,6 @@
-#include "engines/shared/diagnostic_log.h"
+#include "engines/exporting/log.h"
 
+#include <direct.h>
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
@@ -13,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "engines/shared/directory_path.h"
+#include "win32/paths.h"
 
 namespace speech {
 namespace {
@@ -60,7 +61,25 @@ std::string joinLine(std::string line, std::string_view message) {
   return line;
 }
 
+constexpr const char* kSeparators = "\\/";
+
+/// Another process may make the same folder in between, so what counts is that it exists afterwards.
+bool ensureFolder(const std::string& path) {
+  return exists(path) || _mkdir(path.c_str()) == 0 || exists(path);
+}
+
 }  // namespace
+
+std::wstring exportLogLine(const std::wstring& speaker, const std::wstring& path) {
+  return L"Speaker : " + speaker + L",  Export File Path : " + path + L"  ";
+}
+
+void writeExportLog(const std::wstring& line, CodePage codePage) {
+  const auto documents = documentsFolder();
+  // Kept: without a documents folder the line still goes to a log, at the root of the current drive.
+  const std::wstring folder = documents ? *documents + L"\\Narravo" : std::wstring();
+  writeLog(toNarrow(folder, codePage).c_str(), "%s", toNarrow(line, codePage).c_str());
+}
 
 int writeLog(const char* baseFolder, const char* format, ...) {
   char message[kLineBufferSize] = {};
@@ -89,6 +108,35 @@ int writeLog(const char* baseFolder, const char* format, ...) {
 
 void setFreeBytesQuestion(FreeBytesQuestion question) {
   freeBytes = question != nullptr ? question : freeBytesOnDisk;
+}
+
+bool makeDirectoryPath(const char* path) {
+  std::string_view rest = path;
+  if (rest.empty()) return false;
+
+  std::string made;
+  if (rest.starts_with("\\\\")) {
+    // A server is not a folder that could be made.
+    const std::size_t serverEnd = rest.find('\\', 2);
+    if (serverEnd == std::string_view::npos) return false;
+    made = rest.substr(0, serverEnd);
+    rest.remove_prefix(serverEnd + 1);
+  } else if (rest.find_first_of(kSeparators) == std::string_view::npos) {
+    made = ".";
+  }
+
+  // A path from the root has an empty element in front, and so begins with the joining slash.
+  bool join = !made.empty() || rest.find_first_of(kSeparators) == 0;
+  while (!rest.empty()) {
+    const std::string_view element = rest.substr(0, rest.find_first_of(kSeparators));
+    rest.remove_prefix(element.size() < rest.size() ? element.size() + 1 : element.size());
+    if (element.empty()) continue;
+    if (join) made += '/';
+    join = true;
+    made += element;
+    if (!ensureFolder(made)) return false;
+  }
+  return true;
 }
 
 }  // namespace speech

@@ -1,12 +1,9 @@
-#include "engines/shared/module_state.h"
+#include "engines/host_notices.h"
 
 namespace speech {
 
 constinit std::atomic<HWND> g_hostWindow = nullptr;
 constinit std::atomic<UINT> g_noticeMessage = 0;
-constinit std::atomic<std::uint32_t> g_eventTtsHandle = 0;
-constinit std::atomic<bool> g_eventForwarding = false;
-constinit std::atomic<bool> g_endNoticeHeld = false;
 
 void postNotice(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   // Without a window the message would pile up in the calling thread's own queue.

@@ -1,4 +1,4 @@
-#include "engines/shared/process_runner.h"
+#include "win32/run_program.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ std::uint64_t processorMilliseconds() {
   return (std::uint64_t{kernel.dwLowDateTime} + user.dwLowDateTime) / kUnitsPerMillisecond;
 }
 
-TEST(ProcessRunner, WaitsForTheProgramToEndAndAnswersMessagesMeanwhile) {
+TEST(RunProgram, WaitsForTheProgramToEndAndAnswersMessagesMeanwhile) {
   const test::TemporaryFolder folder;
   const std::wstring done = (folder / "done").wstring();
   const auto timer = SetTimer(nullptr, 0, 10, noteDispatch);
@@ -49,7 +49,7 @@ LRESULT CALLBACK postNext(HWND window, UINT message, WPARAM, LPARAM) {
   return 0;
 }
 
-TEST(ProcessRunner, ReturnsThoughTheQueueNeverEmpties) {
+TEST(RunProgram, ReturnsThoughTheQueueNeverEmpties) {
   const HWND window =
       CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
   ASSERT_NE(window, nullptr);
@@ -61,7 +61,7 @@ TEST(ProcessRunner, ReturnsThoughTheQueueNeverEmpties) {
   DestroyWindow(window);
 }
 
-TEST(ProcessRunner, LeavesARequestToQuitToTheHost) {
+TEST(RunProgram, LeavesARequestToQuitToTheHost) {
   PostQuitMessage(7);
   EXPECT_TRUE(runProgram(L"cmd.exe", L"/c exit 0"));
   MSG message;
@@ -70,7 +70,7 @@ TEST(ProcessRunner, LeavesARequestToQuitToTheHost) {
   EXPECT_EQ(message.wParam, 7u);
 }
 
-TEST(ProcessRunner, HidesTheProgramAndKeepsNoHandleOfIt) {
+TEST(RunProgram, HidesTheProgramAndKeepsNoHandleOfIt) {
   const test::TemporaryFolder folder;
   const test::ScopedEnvironment log(L"FAKE_SOX_LOG", (folder / "calls").wstring());
   wchar_t own[MAX_PATH] = {};
@@ -83,12 +83,12 @@ TEST(ProcessRunner, HidesTheProgramAndKeepsNoHandleOfIt) {
   EXPECT_LT(test::openHandleCount(), before + 10);
 }
 
-TEST(ProcessRunner, LooksNeitherAtTheExitCodeNorTakesOneForStillRunning) {
+TEST(RunProgram, LooksNeitherAtTheExitCodeNorTakesOneForStillRunning) {
   EXPECT_TRUE(runProgram(L"cmd.exe", L"/c exit 259"));
   EXPECT_TRUE(runProgram(L"cmd.exe", L"/c exit 1"));
 }
 
-TEST(ProcessRunner, ReportsAProgramThatCannotBeStarted) {
+TEST(RunProgram, ReportsAProgramThatCannotBeStarted) {
   EXPECT_FALSE(runProgram(L"C:\\no\\such\\program.exe", L""));
 }
 

@@ -1,4 +1,4 @@
-#include "engines/shared/process_runner.h"
+#include "win32/run_program.h"
 
 #include <windows.h>
 

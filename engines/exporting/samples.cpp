@@ -1,4 +1,4 @@
-#include "engines/shared/raw_pcm.h"
+#include "engines/exporting/samples.h"
 
 #include <vector>
 
