@@ -1,5 +1,6 @@
 #include "engines/cloud/wave_player.h"
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <thread>
@@ -39,6 +40,7 @@ class DeviceCalls {
   std::set<DWORD> threadsBeforeTheWatcher = {};
   std::vector<DWORD> playedFrom = {};  ///< The play cursor at each call of Play.
   bool refusing = false;
+  std::function<void()> beforeStop = {};  ///< Called once, before the device is asked to stop.
 
   /// Where the buffer that plays stands.
   DWORD cursor() const {
@@ -70,6 +72,7 @@ class DeviceCalls {
     return g_calls->play_(buffer, 0, 0, flags);
   }
   static HRESULT STDMETHODCALLTYPE stop(IDirectSoundBuffer8* buffer) {
+    if (const auto call = std::exchange(g_calls->beforeStop, nullptr)) call();
     return g_calls->refusing ? DSERR_GENERIC : g_calls->stop_(buffer);
   }
 
@@ -276,20 +279,40 @@ TEST_F(WavePlayerTest, NoticesStayInStepWhenSoundsAreCutOffAtAnyMoment) {
   }
 }
 
-TEST_F(WavePlayerTest, ClosesSilentlyWhenTheWatcherHasEnded) {
+TEST_F(WavePlayerTest, NoticesAreRightHoweverLateTheWatcherIs) {
   std::set<DWORD> added = test::threadIds();
   for (const DWORD id : calls_.threadsBeforeTheWatcher) added.erase(id);
   ASSERT_EQ(added.size(), 1u);
   const UniqueHandle watcher(OpenThread(THREAD_SUSPEND_RESUME | SYNCHRONIZE, FALSE, *added.begin()));
-  ASSERT_TRUE(play(5));
-  ASSERT_EQ(SuspendThread(watcher.get()), 0u);
-  const std::jthread late([&] {
-    Sleep(200);  // as long as a busy machine may keep it waiting
-    ResumeThread(watcher.get());
-  });
+  std::jthread late;
+  const auto playWithALateWatcher = [&] {
+    EXPECT_TRUE(play(5));
+    waitUntilUnderWay();
+    calls_.beforeStop = [&] {
+      SuspendThread(watcher.get());
+      late = std::jthread([&] {
+        Sleep(500);  // as long as a busy machine may keep it waiting
+        ResumeThread(watcher.get());
+      });
+    };
+  };
+  playWithALateWatcher();
+  player_->stop();
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted, kEnded)) << "stopped";
+  playWithALateWatcher();
+  player_->pause();
+  player_->resume();
+  late.join();
+  EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted)) << "resumed";
+  playWithALateWatcher();
+  player_->pause();
+  EXPECT_TRUE(play(5));
+  late.join();
+  EXPECT_THAT(noticesUntilQuiet(), ElementsAre(kStarted, kStarted)) << "replaced";
+  playWithALateWatcher();
   player_.reset();
   EXPECT_EQ(WaitForSingleObject(watcher.get(), 0), WAIT_OBJECT_0);
-  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted));
+  EXPECT_THAT(host_.takeNotices(), ElementsAre(kStarted)) << "closed";
 }
 
 TEST_F(WavePlayerTest, KeepsNoPayloadOfWhatHasEndedAndNothingOfWhatWasStoppedOrClosed) {
