@@ -37,8 +37,8 @@ class CloudEngineTest : public ::testing::Test {
     std::vector<std::filesystem::path> found;
     for (const auto& entry : std::filesystem::directory_iterator(temporary_.path())) {
       constexpr std::size_t kGuidLength = 36;
-      const auto& path = entry.path();
-      if (path.extension() == extension && path.stem().wstring().size() == kGuidLength) found.push_back(path);
+      const auto name = entry.path().filename().wstring();
+      if (name.find(extension) == kGuidLength) found.push_back(entry.path());
     }
     return found;
   }
@@ -49,19 +49,11 @@ class CloudEngineTest : public ::testing::Test {
     return host_.takeNotices();
   }
 
-  static LXAPIProduct::EngineInfo voiceInfo() {
-    LXAPIProduct::EngineInfo info;
-    info.engineKey1 = L"Vox";
-    info.languageCode = L"en-US";
-    info.engineType = L"skyvo";
-    info.sampleRateHz = 22050;
-    return info;
-  }
-
   TemporaryFolder temporary_{L"cloud"};
   ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
   HostWindow host_;
-  LXAPIProduct voice_{voiceInfo()};
+  LXAPIProduct voice_{
+      {.engineKey1 = L"Vox", .sampleRateHz = 22050, .languageCode = L"en-US", .engineType = L"skyvo"}};
 };
 
 }  // namespace speech::test

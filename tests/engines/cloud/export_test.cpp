@@ -1,12 +1,9 @@
 // Speech into files, through a service on a real socket: where the cloud engine has ways of its own. What
 // both engines do alike, the real SoX included, is in the conformance tests.
 
-#include <ctime>
-#include <sstream>
-
 #include "tests/engines/cloud/cloud_engine_test.h"
+#include "tests/support/export_traces.h"
 #include "tests/support/faulty_service.h"
-#include "tests/support/scoped_environment.h"
 #include "win32/paths.h"
 
 namespace speech {
@@ -25,11 +22,7 @@ std::string quoted(const std::filesystem::path& path) { return '"' + path.string
 
 class CloudExport : public test::CloudEngineTest {
  protected:
-  CloudExport() {
-    std::filesystem::create_directory(tools_);
-    std::filesystem::copy_file(moduleFolder(nullptr) + L"sox.exe", tools_ / L"sox.exe");
-    engine_.setToolFolder((tools_.wstring() + L"\\").c_str());
-  }
+  CloudExport() { engine_.setToolFolder(moduleFolder(nullptr).c_str()); }
 
   int save(int format, int rateIndex, const std::string& reply = "speech:200", bool isSsml = false) {
     service_.answerNext(reply);
@@ -43,43 +36,28 @@ class CloudExport : public test::CloudEngineTest {
                                rateIndex);
   }
 
-  /// SoX's parameters at each call, as they stood on its command line.
-  std::vector<std::string> soxCalls() const {
-    std::vector<std::string> calls;
-    std::istringstream lines(test::readFile(tools_ / L"calls"));
-    for (std::string line; std::getline(lines, line);)
-      calls.push_back(line.substr(line.find("sox.exe\" ") + 9));
-    return calls;
-  }
-
-  /// The files of this test that today's log says were exported.
-  std::vector<std::string> loggedFiles() const {
-    const std::time_t now = std::time(nullptr);
-    char name[32];
-    std::strftime(name, sizeof name, "%Y-%m-%d.log", std::localtime(&now));
-    std::istringstream log(
-        test::readFile(std::filesystem::path(documentsFolder().value()) / L"Narravo" / L"log" / name));
-    const std::string beginning = "|Speaker : Vox,  Export File Path : " + (temporary_.path() / "").string();
-    std::vector<std::string> files;
-    for (std::string line; std::getline(log, line);) {
-      const std::size_t at = line.find(beginning);
-      if (at != std::string::npos) files.push_back(line.substr(at + beginning.size()));
-    }
-    return files;
+  /// How often the log names the file as exported.
+  int logged(const std::filesystem::path& path) const {
+    const std::string line = "|Speaker : Vox,  Export File Path : " + path.string() + "  \n";
+    const std::string log = traces_.newLogText();
+    int count = 0;
+    for (auto at = log.find(line); at != std::string::npos; at = log.find(line, at + 1)) ++count;
+    return count;
   }
 
   test::FaultyService service_;
   Skyvo engine_{&voice_, service_.url()};
   const int requestsBefore_ = service_.requestCount();
-  const std::filesystem::path tools_ = temporary_ / L"tools";
-  test::ScopedEnvironment soxLog_{L"FAKE_SOX_LOG", (tools_ / L"calls").wstring()};
+  test::ExportTraces traces_{temporary_.path()};
   std::filesystem::path source_ = temporary_ / L"raw";
   CStringW destination_;
 };
 
 TEST_F(CloudExport, HoldsTheReplyOrItsSamplesAndLeavesTheTemporaryFiles) {
+  EXPECT_EQ(engine_.textToFile(L"text", output().c_str(), 5, false, kAt22050, false), 1);
+  EXPECT_EQ(logged(output()), 0);
   EXPECT_EQ(save(5, kAt22050), 1);
-  EXPECT_THAT(loggedFiles(), ElementsAre("output.wav  "));
+  EXPECT_EQ(logged(output()), 1);
   EXPECT_THAT(temporaryFiles(L".wav"), IsEmpty());
   const std::string reply = test::readFile(output());
   EXPECT_EQ(reply.size(), 44u + 4410 * 2);
@@ -117,10 +95,10 @@ TEST_F(CloudExport, GoesThroughSoxFromAFileThatStays) {
     const auto fetched = temporaryFiles(L".wav");
     ASSERT_THAT(fetched, SizeIs(1));
     EXPECT_EQ(test::readFile(fetched[0]).size(), 44u + 4410 * 2);
-    EXPECT_EQ(soxCalls().back(), quoted(fetched[0]) + options + output);
+    EXPECT_EQ(traces_.soxCalls().back(), quoted(fetched[0]) + options + output);
     std::filesystem::remove(fetched[0]);
   }
-  EXPECT_THAT(loggedFiles(), SizeIs(3));
+  EXPECT_EQ(logged(this->output()), 3);
 }
 
 TEST_F(CloudExport, SoundAt8000HzIsNotConverted) {
@@ -128,7 +106,7 @@ TEST_F(CloudExport, SoundAt8000HzIsNotConverted) {
   for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000), -1) << format;
   EXPECT_EQ(service_.requestCount(), requestsBefore_);
   EXPECT_FALSE(std::filesystem::exists(output()));
-  EXPECT_THAT(loggedFiles(), IsEmpty());
+  EXPECT_EQ(logged(output()), 0);
   EXPECT_EQ(save(5, kAt8000, "speech:100:8000"), 1);
   EXPECT_EQ(save(2, kAt16000, "speech:100:8000"), 1);
 }
@@ -137,7 +115,7 @@ TEST_F(CloudExport, FormatsThatTheServiceDoesNotHaveCountAsDoneAndAreLogged) {
   for (const int format : {6, 7, 8, 9, 11, 13, 14, -1, 1000}) EXPECT_EQ(save(format, kAt16000), 1) << format;
   EXPECT_EQ(service_.requestCount(), requestsBefore_);
   EXPECT_FALSE(std::filesystem::exists(output()));
-  EXPECT_THAT(loggedFiles(), SizeIs(9));
+  EXPECT_EQ(logged(output()), 9);
 }
 
 TEST_F(CloudExport, FailsWithoutAReplyThatCanBeConvertedAndWritten) {
@@ -146,7 +124,7 @@ TEST_F(CloudExport, FailsWithoutAReplyThatCanBeConvertedAndWritten) {
   EXPECT_THAT(host_.copiedTexts(), testing::AllOf(SizeIs(4), Each("no\n")));
   EXPECT_THAT(host_.takeNotices(), testing::AllOf(SizeIs(4), Each(kFailure)));
   for (const int format : {0, 1, 5, 10}) EXPECT_EQ(save(format, kAt16000, kNoWav), 0) << format;
-  EXPECT_THAT(loggedFiles(), IsEmpty());
+  EXPECT_EQ(logged(output()), 0);
   for (const int format : {0, 5}) {
     service_.answerNext("speech");
     const auto nowhere = temporary_ / L"none" / L"out";
@@ -164,11 +142,6 @@ TEST_F(CloudExport, ConvertsWhatIsThereOfAReplyThatOverstatesItsSize) {
   EXPECT_EQ(test::readFile(output()), converted.substr(44));
 }
 
-TEST_F(CloudExport, LogsNothingUnlessAsked) {
-  EXPECT_EQ(engine_.textToFile(L"text", output().c_str(), 5, false, kAt22050, false), 1);
-  EXPECT_THAT(loggedFiles(), IsEmpty());
-}
-
 TEST_F(CloudExport, OfRawSamplesKeepsTheSourceAndWritesEveryBlock) {
   test::writeFile(temporary_ / L"export.pcm", "an older file");
   EXPECT_EQ(exportRaw(0, "samples"), 0);
@@ -181,12 +154,13 @@ TEST_F(CloudExport, OfRawSamplesKeepsTheSourceAndWritesEveryBlock) {
     EXPECT_EQ(wav.substr(24, 4), std::string("\x22\x56\0\0", 4));
     EXPECT_TRUE(wav.substr(44) == samples) << size;
   }
-  EXPECT_THAT(loggedFiles(), ElementsAre("export.pcm  ", "export.wav  ", "export.wav  ", "export.wav  "));
+  EXPECT_EQ(logged(temporary_ / L"export.pcm"), 1);
+  EXPECT_EQ(logged(temporary_ / L"export.wav"), 3);
   for (const int format : {1, 6, -1}) {
     EXPECT_EQ(exportRaw(format, "samples"), 0) << format;
     EXPECT_EQ(destination_, (temporary_ / L"export").c_str());
   }
-  EXPECT_THAT(loggedFiles(), SizeIs(4));
+  EXPECT_EQ(logged(temporary_ / L"export"), 0);
   EXPECT_TRUE(std::filesystem::exists(source_));
 }
 
@@ -200,9 +174,9 @@ TEST_F(CloudExport, OfRawSamplesFindsSoxBesideTheProgram) {
     return std::string("-t raw -r ") + rateHz + " -e signed -b 16 -c 1 " + source_.string() + ' ' +
            quoted(temporary_ / name);
   };
-  EXPECT_THAT(soxCalls(), ElementsAre(line("16000", L"export.ogg"), line("22050", L"export.gsm"),
-                                      line("-1", L"export.mp3")));
-  EXPECT_THAT(loggedFiles(), ElementsAre("export.ogg  ", "export.gsm  ", "export.mp3  "));
+  EXPECT_THAT(traces_.soxCalls(), ElementsAre(line("16000", L"export.ogg"), line("22050", L"export.gsm"),
+                                              line("-1", L"export.mp3")));
+  EXPECT_EQ(logged(temporary_ / L"export.ogg"), 1);
 }
 
 }  // namespace

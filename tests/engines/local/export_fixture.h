@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "tests/engines/local/local_engine_test.h"
+#include "tests/support/export_traces.h"
 #include "tests/support/file_content.h"
 #include "tests/support/scoped_environment.h"
 #include "tests/support/temporary_folder.h"
@@ -61,17 +61,8 @@ class Export : public LocalEngineTest {
     return std::filesystem::path(path).parent_path();
   }
 
-  /// SoX's command lines so far, without the program.
-  std::vector<std::string> soxCalls() const {
-    std::vector<std::string> calls;
-    std::istringstream lines(readFile(tools_ / "calls"));
-    for (std::string line; std::getline(lines, line);) calls.push_back(line.substr(line.find(".exe") + 4));
-    for (auto& call : calls) call.erase(0, call.find_first_not_of("\" "));
-    return calls;
-  }
-
-  /// Today's log from the place where it ended when the test began.
-  std::string newLogText() const { return readFile(logPath()).substr(logSizeBefore_); }
+  std::vector<std::string> soxCalls() const { return traces_.soxCalls(); }
+  std::string newLogText() const { return traces_.newLogText(); }
 
   /// The path of a result as the engine library, the rate converter and the log get it.
   static std::string narrow(const std::wstring& path) { return toSystemCodePage(path); }
@@ -83,18 +74,7 @@ class Export : public LocalEngineTest {
   TemporaryFolder tools_{L"tools"};
   ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
   ScopedEnvironment temp_{L"TEMP", temporary_.path().wstring()};
-  ScopedEnvironment soxLog_{L"FAKE_SOX_LOG", (tools_ / "calls").wstring()};
-
- private:
-  static std::filesystem::path logPath() {
-    SYSTEMTIME now;
-    GetLocalTime(&now);
-    wchar_t name[32];
-    swprintf(name, 32, L"%04d-%02d-%02d.log", now.wYear, now.wMonth, now.wDay);
-    return std::filesystem::path(documentsFolder().value()) / L"Narravo" / L"log" / name;
-  }
-
-  std::size_t logSizeBefore_ = readFile(logPath()).size();
+  ExportTraces traces_{tools_.path()};
 };
 
 }  // namespace speech::test
