@@ -49,11 +49,19 @@ class CloudEngineTest : public ::testing::Test {
     return host_.takeNotices();
   }
 
+  static LXAPIProduct::EngineInfo voiceInfo() {
+    LXAPIProduct::EngineInfo info;
+    info.engineKey1 = L"Vox";
+    info.languageCode = L"en-US";
+    info.engineType = L"skyvo";
+    info.sampleRateHz = 22050;
+    return info;
+  }
+
   TemporaryFolder temporary_{L"cloud"};
   ScopedEnvironment tmp_{L"TMP", temporary_.path().wstring()};
   HostWindow host_;
-  LXAPIProduct voice_{
-      {.engineKey1 = L"Vox", .sampleRateHz = 22050, .languageCode = L"en-US", .engineType = L"skyvo"}};
+  LXAPIProduct voice_{voiceInfo()};
 };
 
 }  // namespace speech::test
