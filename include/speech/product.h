@@ -140,8 +140,10 @@ class SPEECH_API LXAPIProductList final : public CTypedPtrList<CPtrList, LXAPIPr
  private:
   friend class ITextToSpeech;
 
+  // NOLINTBEGIN(modernize-use-equals-delete): the module has them
   /// Starts the engine library, creates the per-user folders and makes a product of each installed engine.
   LXAPIProductList();
   /// Deletes the products and ends the engine library.
   ~LXAPIProductList();
+  // NOLINTEND(modernize-use-equals-delete)
 };
