@@ -32,8 +32,7 @@ using Path = std::filesystem::path;
 /// What the output is called until it is complete. Deleted at the end, unless it has been moved by then.
 class PartialFile {
  public:
-  PartialFile(const Path& output, const std::string& name) : path_(output) {
-    path_ += L".part";
+  PartialFile(Path output, const std::string& name) : path_(std::move(output += L".part")) {
     if (!std::ofstream(path_, std::ios::binary)) throw HostError(kExitFile, "cannot create " + name);
   }
   PartialFile(const PartialFile&) = delete;
@@ -91,7 +90,7 @@ void convert(ConvertArguments arguments) {
     throw HostError(kExitFile, arguments.output + " is a folder");
   }
   const PartialFile partial(output, arguments.output);
-  const double frameBytes = arguments.channels * arguments.bits / 8;
+  const int frameBytes = arguments.channels * (arguments.bits / 8);
   const double expectedBytes =
       WavFormat::kHeaderBytes + format.seconds() * arguments.sampleRateHz * frameBytes;
   if (!convertFile(input, partial.path(), expectedBytes, arguments)) {

@@ -120,7 +120,9 @@ TEST_F(WavToWav, ConvertsEveryChannelFromAndToEitherWidth) {
     std::vector<Samples> input{noise(17000, 1), noise(17000, 2)}, output;
     const PcmFile file = pcmFile(input, inChannels, 22050, inBits);
     for (Samples& samples : input) {
-      if (inBits == 8) std::ranges::for_each(samples, [](std::int16_t& sample) { sample -= sample % 256; });
+      for (std::int16_t& sample : samples) {
+        if (inBits == 8) sample = static_cast<std::int16_t>(sample - sample % 256);
+      }
       output.push_back(convertedByModel(samples, 22050, 16000));
     }
     if (inChannels == 1) output[1] = output[0];
