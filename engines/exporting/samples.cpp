@@ -46,7 +46,7 @@ bool stripWavHeader(const wchar_t* wavPath, const wchar_t* rawPath) {
   }
   const File raw = openFile(rawPath, L"wb");
   if (!raw) return false;
-  std::fwrite(samples.data(), 1, samples.size(), raw.get());
+  if (!samples.empty()) std::fwrite(samples.data(), 1, samples.size(), raw.get());
   return true;
 }
 
