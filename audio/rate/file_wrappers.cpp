@@ -161,9 +161,8 @@ std::int32_t RATEAPI_PCM2WAV(const std::int16_t* input, std::int32_t* inOutBytes
   const auto converted = convertSamples({input, static_cast<std::size_t>(*inOutBytes) / 2}, rates);
   if (!converted) return -1;
 
-  const bool isNarrow = bits == 8;
-  const OutputFormat format{std::uint32_t{isNarrow ? kWaveFormatPcm8 : kWaveFormatPcm16},
-                            isNarrow ? kUnsignedByte : kWord, rates.output, std::min(channels, 2)};
+  const std::uint32_t code = bits == 8 ? kWaveFormatPcm8 : kWaveFormatPcm16;
+  const OutputFormat format{code, bits == 8 ? kUnsignedByte : kWord, rates.output, std::min(channels, 2)};
   const std::optional<std::int32_t> dataBytes = dataSize(converted->count, format);
   if (!dataBytes) return -1;
   // Kept: the size is reported even if the file cannot be created.
