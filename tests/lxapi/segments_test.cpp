@@ -199,6 +199,7 @@ TEST(WordTracker, TheTextSaysWhichPauseItWants) {
   EXPECT_EQ(pauseBetween("(Hello.) ", "you", false), kSentence);
   EXPECT_EQ(pauseBetween("Title\n\n", "you", false), kSentence);
   EXPECT_EQ(pauseBetween("Hello ", "you", false), kNone);
+  EXPECT_EQ(pauseBetween("Hello\n", "you", false), kNone);
   EXPECT_EQ(pauseBetween("Hello. ", "", false), kNone);
   EXPECT_EQ(pauseBetween("<p>Hello</p>", "you", true), kSentence);
   EXPECT_EQ(pauseBetween("Hello, <b>", "you</b>", true), kComma);

@@ -11,6 +11,7 @@ TEST(Voices, AreFoundByNameIdentifierOrLanguage) {
       "voice\tCherokee \tiro/chr\t5 chr-US-Qaaa-x-west\n"
       "voice\tEnglish (Caribbean)\tgmw/en-029\t5 en-029\t10 en\n"
       "voice\tEnglish (America)\tgmw/en-US\t2 en-us\t3 en\n"
+      "voice\tEnglish (Scotland)\tgmw/en-sct\t3 en\n"
       "voice\tNorwegian Bokm\u00E5l\tgmq/nb\t5 nb\t5 no\n"
       "voice\tSpanish (Latin America)\troa/es-419\t5 es-419\t5 es-mx\tx es\n"
       "variety\tf2\nvariety\tMr serious\nsomething\telse\nvoice\tcut\n");
@@ -19,7 +20,7 @@ TEST(Voices, AreFoundByNameIdentifierOrLanguage) {
            {"gmw/en-us", "gmw/en-US"},                // the identifier
            {"En-us", "gmw/en-US"},                    // its file
            {"es-MX", "roa/es-419"},                   // a language tag
-           {"en", "gmw/en-US"},                       // the best of several
+           {"en", "gmw/en-US"},                       // the first of the best
            {"English (America)+F2", "gmw/en-US+f2"},  // a variety
            {"English+(America)+f2", "gmw/en-US+f2"},  // plus signs for spaces
            {"en-us+Mr serious", "gmw/en-US+Mr serious"},

@@ -146,6 +146,7 @@ TEST_F(CloudExport, OfRawSamplesKeepsTheSourceAndWritesEveryBlock) {
   test::writeFile(temporary_ / L"export.pcm", "an older file");
   EXPECT_EQ(exportRaw(0, "samples"), 0);
   EXPECT_EQ(test::readFile(temporary_ / L"export.pcm"), "samples");
+  EXPECT_TRUE(std::filesystem::exists(source_));
   for (const std::size_t size : {65'536, 131'070, 200'001}) {
     std::string samples(size, '\0');
     for (std::size_t i = 0; i < size; ++i) samples[i] = static_cast<char>(i * 7 % 251 + 1);
@@ -161,7 +162,6 @@ TEST_F(CloudExport, OfRawSamplesKeepsTheSourceAndWritesEveryBlock) {
     EXPECT_EQ(destination_, (temporary_ / L"export").c_str());
   }
   EXPECT_EQ(logged(temporary_ / L"export"), 0);
-  EXPECT_TRUE(std::filesystem::exists(source_));
 }
 
 TEST_F(CloudExport, OfRawSamplesFindsSoxBesideTheProgram) {
