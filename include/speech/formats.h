@@ -25,10 +25,11 @@ enum FileFormat : int {
 
 /// A format that every voice can be exported to, and the extension by which SoX and other programs know it.
 struct FileType {
-  FileFormat format;
+  FileFormat format;         ///< For textToFile and exportAudio.
   const wchar_t* extension;  ///< With its dot.
 };
 
+/// All of them.
 inline constexpr FileType kFileTypes[] = {{kFormatPcm, L".pcm"},
                                           {kFormatWav, L".wav"},
                                           {kFormatOgg, L".ogg"},
